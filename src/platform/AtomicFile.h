@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/FileError.h"
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quillon::platform {
+
+/// Test seam: called with the temporary file after its bytes are written and synced, before it
+/// replaces the target. A hook that throws simulates a crash in the middle of a save.
+using BeforeReplaceHook = std::function<void(const std::filesystem::path& temporaryFile)>;
+
+/// Writes `bytes` to `target` so that readers see either the old file or the whole new one:
+/// temporary file in the same folder, write, fsync, rename over the target, fsync the folder.
+/// Throws FileError; on failure the target is untouched and no temporary file is left behind.
+void writeFileAtomically(const std::filesystem::path& target, std::string_view bytes,
+                         const BeforeReplaceHook& beforeReplace = {});
+
+/// Reads a whole regular file. Throws FileError when it is missing, unreadable or not a file.
+std::string readFile(const std::filesystem::path& file);
+
+} // namespace quillon::platform

@@ -1,0 +1,22 @@
+#pragma once
+
+// Every user-facing text that, on the platform Quillon was first designed for, named a vendor
+// product or place ("iCloud", "This Mac", "System Settings", the vendor's model) says the same
+// thing here in this platform's terms. Keep all such wordings in this one file.
+
+namespace quillon::platform::wording {
+
+/// The synced folder chosen in preferences stands where the cloud document container stood.
+inline constexpr const char* loadedFromCloud = "Loaded from sync folder";
+inline constexpr const char* savedToCloud = "Saved to sync folder";
+inline constexpr const char* syncedLatestCloudChanges = "Synced latest sync folder changes";
+inline constexpr const char* stillDownloadingFromCloud = " still downloading into the sync folder";
+
+/// This computer, where the vendor's wording said "This Mac".
+inline constexpr const char* thisComputer = "This Computer";
+/// The local model server, where the vendor's wording named its on-device model.
+inline constexpr const char* onDeviceModelName = "the local model server";
+/// The desktop's settings, where the vendor's wording said "System Settings".
+inline constexpr const char* systemSettings = "system settings";
+
+} // namespace quillon::platform::wording
