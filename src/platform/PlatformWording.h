@@ -19,4 +19,10 @@ inline constexpr const char* onDeviceModelName = "the local model server";
 /// The desktop's settings, where the vendor's wording said "System Settings".
 inline constexpr const char* systemSettings = "system settings";
 
+/// Reasons the local model cannot be used, where the vendor's wording named its computers and its model.
+inline constexpr const char* modelOsTooOld =
+    "This computer is running a version of the local model server that does not include the on-device model.";
+inline constexpr const char* modelDeviceNotEligible = "This computer cannot run the local model server.";
+inline constexpr const char* modelNotEnabled = "The local model server is switched off for this computer.";
+
 } // namespace quillon::platform::wording
