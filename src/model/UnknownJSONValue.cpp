@@ -1,0 +1,9 @@
+#include "model/UnknownJSONValue.h"
+
+namespace quillon::model {
+
+bool UnknownJSONValue::operator==(const UnknownJSONValue& other) const {
+    return value == other.value;
+}
+
+} // namespace quillon::model
