@@ -1,0 +1,21 @@
+#pragma once
+
+#include "orvane/SearchHit.h"
+
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace orvane {
+
+/// What a semantic index needs from an embedding: the kind of match its vectors produce and a vector for a text.
+/// Implementations must be safe to call from any thread.
+class TextEmbedding {
+public:
+    virtual ~TextEmbedding() = default;
+    virtual SearchHit::Match match() const = 0;
+    /// The text's vector, or nothing when the embedding has none for it.
+    virtual std::optional<std::vector<double>> vector(std::string_view text) const = 0;
+};
+
+} // namespace orvane
