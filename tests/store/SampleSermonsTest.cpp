@@ -1,0 +1,125 @@
+#include "store/SampleSermons.h"
+
+#include "scripture/ReferenceParser.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+namespace {
+using quillon::model::DateTime;
+using quillon::store::SampleSermonDefinition;
+
+std::size_t wordCount(const std::string& text) {
+    std::istringstream words(text);
+    return static_cast<std::size_t>(std::distance(std::istream_iterator<std::string>(words), {}));
+}
+
+TEST(SampleSermons, everySampleIsACompleteSermonWhoseReferencesParse) {
+    const auto& definitions = quillon::store::sampleSermonDefinitions();
+    ASSERT_GE(definitions.size(), 4u);
+    std::set<std::string> titles;
+    for (const SampleSermonDefinition& definition : definitions) {
+        SCOPED_TRACE(definition.title);
+        EXPECT_TRUE(titles.insert(definition.title).second);
+        EXPECT_FALSE(definition.series.empty());
+        EXPECT_FALSE(definition.focus.empty());
+        EXPECT_GE(wordCount(definition.notes), 400u);
+        ASSERT_GE(definition.authoredTopics.size(), 3u);
+        for (const auto& topic : definition.authoredTopics) {
+            EXPECT_FALSE(topic.summary.empty()) << topic.title;
+            ASSERT_FALSE(topic.subTopics.empty()) << topic.title;
+            for (const auto& subTopic : topic.subTopics) {
+                EXPECT_FALSE(subTopic.summary.empty()) << subTopic.title;
+                ASSERT_FALSE(subTopic.scriptures.empty()) << subTopic.title;
+                for (const auto& scripture : subTopic.scriptures) {
+                    EXPECT_TRUE(quillon::scripture::parse(scripture.reference)) << scripture.reference;
+                    EXPECT_FALSE(scripture.insight.empty()) << scripture.reference;
+                }
+            }
+        }
+        for (const auto& reference : definition.scriptures)
+            EXPECT_TRUE(quillon::scripture::resolveBook(reference.bookName)) << reference.bookName;
+    }
+}
+
+TEST(SampleSermons, buildKeepsFixedIdentitiesAndTheWholeOutline) {
+    const DateTime now{std::chrono::seconds{1'741'530'600}};
+    const auto sermons = quillon::store::buildSampleSermons(now);
+    const auto again = quillon::store::buildSampleSermons(now + std::chrono::hours{24});
+    const auto& definitions = quillon::store::sampleSermonDefinitions();
+    ASSERT_EQ(sermons.size(), definitions.size());
+
+    std::set<quillon::model::Uuid> identities;
+    for (std::size_t index = 0; index < sermons.size(); ++index) {
+        const auto& sermon = sermons[index];
+        const auto& definition = definitions[index];
+        SCOPED_TRACE(sermon.title);
+        EXPECT_EQ(sermon.id.text(), definition.id);
+        EXPECT_TRUE(quillon::store::isSampleSermon(sermon.id));
+        EXPECT_EQ(sermon.series, definition.series);
+        EXPECT_EQ(sermon.notes, definition.notes);
+        EXPECT_TRUE(sermon.tags.empty());
+        EXPECT_EQ(sermon.createdAt, now);
+        EXPECT_EQ(sermon.modifiedAt, now);
+        identities.insert(sermon.id);
+        ASSERT_EQ(sermon.topics.size(), definition.authoredTopics.size());
+        for (std::size_t t = 0; t < sermon.topics.size(); ++t) {
+            const auto& topic = sermon.topics[t];
+            EXPECT_EQ(topic.sortOrder, static_cast<int>(t));
+            EXPECT_EQ(topic.details, definition.authoredTopics[t].summary);
+            EXPECT_EQ(topic.id, again[index].topics[t].id);
+            identities.insert(topic.id);
+            for (std::size_t s = 0; s < topic.subTopics.size(); ++s) {
+                const auto& subTopic = topic.subTopics[s];
+                const auto& authored = definition.authoredTopics[t].subTopics[s];
+                EXPECT_EQ(subTopic.sortOrder, static_cast<int>(s));
+                EXPECT_TRUE(subTopic.details.starts_with(authored.summary));
+                // Every insight travels with its sub-point.
+                for (const auto& scripture : authored.scriptures)
+                    EXPECT_NE(subTopic.details.find(scripture.insight), std::string::npos);
+                ASSERT_EQ(subTopic.scriptures.size(), authored.scriptures.size());
+                identities.insert(subTopic.id);
+                for (std::size_t r = 0; r < subTopic.scriptures.size(); ++r) {
+                    const auto& scripture = subTopic.scriptures[r];
+                    EXPECT_EQ(scripture.sortOrder, static_cast<int>(r));
+                    EXPECT_LE(scripture.startVerse, scripture.endVerse);
+                    EXPECT_GE(scripture.chapter, 1);
+                    identities.insert(scripture.id);
+                }
+            }
+        }
+    }
+    EXPECT_FALSE(quillon::store::isSampleSermon(quillon::model::Uuid::random()));
+    // Spot-check one parsed reference against the text it came from.
+    const auto& psalm = sermons[1].topics[1].subTopics[0].scriptures[0];
+    EXPECT_EQ(psalm.bookName, "Psalms");
+    EXPECT_EQ(psalm.chapter, 23);
+    EXPECT_EQ(psalm.startVerse, 4);
+    EXPECT_EQ(psalm.endVerse, 4);
+    std::size_t nodes = 0;
+    for (const auto& sermon : sermons)
+        for (const auto& topic : sermon.topics) {
+            ++nodes;
+            for (const auto& subTopic : topic.subTopics)
+                nodes += 1 + subTopic.scriptures.size();
+        }
+    EXPECT_EQ(identities.size(), nodes + sermons.size());
+}
+
+TEST(SampleSermons, aDefinitionWithoutAuthoredTopicsStillGivesAnOutline) {
+    SampleSermonDefinition definition;
+    definition.title = "Sketch";
+    definition.focus = "One line";
+    definition.topics = {"First", "Second"};
+    definition.subtopicAngles = {"Why", "How"};
+    definition.scriptures = {{"John", 3, 16, 17}};
+    const auto sermon = quillon::store::buildSampleSermon(definition, DateTime{});
+    ASSERT_EQ(sermon.topics.size(), 2u);
+    ASSERT_EQ(sermon.topics[1].subTopics.size(), 2u);
+    ASSERT_EQ(sermon.topics[1].subTopics[1].scriptures.size(), 1u);
+    EXPECT_EQ(sermon.topics[1].subTopics[1].scriptures[0].endVerse, 17);
+}
+
+} // namespace
