@@ -1,0 +1,214 @@
+#include "export/DocxReader.h"
+
+#include "export/ExportError.h"
+
+#include <pugixml.hpp>
+#include <spdlog/spdlog.h>
+#include <zip.h>
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <string>
+
+namespace quillon::exports {
+
+namespace {
+
+constexpr const char* unreadable = "Quillon could not read this Word document.";
+constexpr const char* outsidePackage =
+    "Quillon refused this Word document because it holds entries that point outside the document (\"../\").";
+constexpr const char* tooLarge =
+    "Quillon refused this Word document because it expands to far more data than a sermon document holds.";
+constexpr const char* declaresEntities = "Quillon refused this Word document because its XML declares entities.";
+
+struct ArchiveCloser {
+    void operator()(zip_t* archive) const { zip_discard(archive); }
+};
+struct FileCloser {
+    void operator()(zip_file_t* file) const { zip_fclose(file); }
+};
+
+bool escapesPackage(std::string_view name) {
+    if (name.empty() || name.front() == '/' || name.front() == '\\')
+        return true;
+    if (name.size() > 1 && name[1] == ':')
+        return true; // a drive letter
+    std::size_t start = 0;
+    while (start <= name.size()) {
+        std::size_t end = name.find_first_of("/\\", start);
+        if (end == std::string_view::npos)
+            end = name.size();
+        if (name.substr(start, end - start) == "..")
+            return true;
+        start = end + 1;
+    }
+    return false;
+}
+
+/// Reads one entry, stopping as soon as it passes `limit` whatever its header claims.
+std::string readEntry(zip_t* archive, zip_int64_t index, std::size_t limit) {
+    std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(archive, static_cast<zip_uint64_t>(index), 0));
+    if (!file)
+        throw ExportError(unreadable);
+    std::string bytes;
+    char chunk[65536];
+    for (;;) {
+        const zip_int64_t read = zip_fread(file.get(), chunk, sizeof chunk);
+        if (read < 0)
+            throw ExportError(unreadable);
+        if (read == 0)
+            break;
+        bytes.append(chunk, static_cast<std::size_t>(read));
+        if (bytes.size() > limit)
+            throw ExportError(tooLarge);
+    }
+    return bytes;
+}
+
+bool declaresDoctype(std::string_view xml) {
+    // Entity declarations live in a document type declaration; a document body never needs one.
+    std::string head(xml.substr(0, std::min<std::size_t>(xml.size(), 1 << 20)));
+    for (char& c : head)
+        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return head.find("<!DOCTYPE") != std::string::npos || head.find("<!ENTITY") != std::string::npos ||
+           xml.find("<!ENTITY") != std::string_view::npos;
+}
+
+bool isOn(const pugi::xml_node& property) {
+    if (!property)
+        return false;
+    const std::string value = property.attribute("w:val").as_string("1");
+    return value != "0" && value != "false" && value != "none";
+}
+
+OutlineLine::Hint styleHint(const pugi::xml_node& paragraph) {
+    std::string style = paragraph.child("w:pPr").child("w:pStyle").attribute("w:val").as_string();
+    style.erase(std::remove(style.begin(), style.end(), ' '), style.end());
+    for (char& c : style)
+        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (style == "title")
+        return OutlineLine::Hint::title;
+    if (style == "heading1")
+        return OutlineLine::Hint::topic;
+    if (style.starts_with("heading") && style.size() == 8 && style[7] >= '2' && style[7] <= '9')
+        return OutlineLine::Hint::subTopic;
+    return OutlineLine::Hint::none;
+}
+
+void collectRuns(const pugi::xml_node& node, std::string& text, bool& allItalic, bool& anyText) {
+    for (pugi::xml_node child : node.children()) {
+        const std::string_view name = child.name();
+        if (name == "w:r") {
+            const bool italic = isOn(child.child("w:rPr").child("w:i"));
+            for (pugi::xml_node part : child.children()) {
+                const std::string_view partName = part.name();
+                if (partName == "w:t") {
+                    const std::string_view value = part.text().get();
+                    text += value;
+                    if (!value.empty()) {
+                        anyText = true;
+                        allItalic = allItalic && italic;
+                    }
+                } else if (partName == "w:tab") {
+                    text += '\t';
+                } else if (partName == "w:br" || partName == "w:cr") {
+                    text += '\n';
+                }
+            }
+        } else if (name == "w:hyperlink" || name == "w:ins" || name == "w:smartTag" || name == "w:sdtContent" ||
+                   name == "w:sdt" || name == "w:fldSimple") {
+            collectRuns(child, text, allItalic, anyText);
+        }
+    }
+}
+
+void collectParagraphs(const pugi::xml_node& container, std::vector<OutlineLine>& lines) {
+    for (pugi::xml_node child : container.children()) {
+        const std::string_view name = child.name();
+        if (name == "w:p") {
+            std::string text;
+            bool allItalic = true;
+            bool anyText = false;
+            collectRuns(child, text, allItalic, anyText);
+            OutlineLine::Hint hint = styleHint(child);
+            if (hint == OutlineLine::Hint::none && anyText && allItalic)
+                hint = OutlineLine::Hint::quotation;
+            std::size_t start = 0;
+            for (;;) {
+                const std::size_t end = text.find('\n', start);
+                lines.push_back(OutlineLine{text.substr(start, end - start), hint});
+                if (end == std::string::npos)
+                    break;
+                start = end + 1;
+            }
+        } else if (name == "w:sdt" || name == "w:sdtContent") {
+            collectParagraphs(child, lines);
+        }
+        // Tables are left out: in a sermon document they are indexes that repeat the outline.
+    }
+}
+
+} // namespace
+
+std::vector<OutlineLine> DocxReader::read(std::string_view packageBytes) {
+    if (packageBytes.size() > maximumFileBytes)
+        throw ExportError(tooLarge);
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* source = zip_source_buffer_create(packageBytes.data(), packageBytes.size(), 0, &error);
+    if (!source)
+        throw ExportError(unreadable);
+    std::unique_ptr<zip_t, ArchiveCloser> archive(zip_open_from_source(source, ZIP_RDONLY, &error));
+    if (!archive) {
+        zip_source_free(source);
+        spdlog::warn("Import: not a ZIP package: {}", zip_error_strerror(&error));
+        zip_error_fini(&error);
+        throw ExportError(unreadable);
+    }
+
+    const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
+    if (entries < 0 || static_cast<std::size_t>(entries) > maximumEntries)
+        throw ExportError(tooLarge);
+    zip_int64_t documentIndex = -1;
+    zip_uint64_t declaredTotal = 0;
+    for (zip_int64_t i = 0; i < entries; ++i) {
+        zip_stat_t stat;
+        if (zip_stat_index(archive.get(), static_cast<zip_uint64_t>(i), 0, &stat) != 0 || !stat.name)
+            throw ExportError(unreadable);
+        const std::string_view name = stat.name;
+        if (escapesPackage(name))
+            throw ExportError(outsidePackage);
+        if (stat.valid & ZIP_STAT_SIZE) {
+            declaredTotal += stat.size;
+            if (declaredTotal > maximumFileBytes * 4)
+                throw ExportError(tooLarge);
+            if ((stat.valid & ZIP_STAT_COMP_SIZE) && stat.size > (1u << 20) &&
+                stat.size / std::max<zip_uint64_t>(stat.comp_size, 1) > maximumExpansion)
+                throw ExportError(tooLarge);
+        }
+        if (name == "word/document.xml")
+            documentIndex = i;
+    }
+    if (documentIndex < 0)
+        throw ExportError(unreadable);
+
+    const std::string xml = readEntry(archive.get(), documentIndex, maximumDocumentBytes);
+    if (declaresDoctype(xml))
+        throw ExportError(declaresEntities);
+
+    pugi::xml_document document;
+    // No DOCTYPE processing and no custom entities: pugixml only knows the five predefined ones.
+    const pugi::xml_parse_result parsed =
+        document.load_buffer(xml.data(), xml.size(), pugi::parse_default & ~pugi::parse_doctype, pugi::encoding_utf8);
+    if (!parsed)
+        throw ExportError(unreadable);
+    const pugi::xml_node body = document.child("w:document").child("w:body");
+    if (!body)
+        throw ExportError(unreadable);
+    std::vector<OutlineLine> lines;
+    collectParagraphs(body, lines);
+    return lines;
+}
+
+} // namespace quillon::exports

@@ -1,0 +1,81 @@
+#include "export/ExportFilename.h"
+
+#include "export/XmlText.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/unistr.h>
+
+#include <memory>
+
+namespace quillon::exports {
+
+namespace {
+
+bool isForbidden(char c) {
+    switch (c) {
+    case '/':
+    case '\\':
+    case '?':
+    case '%':
+    case '*':
+    case '|':
+    case '"':
+    case '<':
+    case '>':
+    case ':':
+        return true;
+    default:
+        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
+    }
+}
+
+std::string_view trimmed(std::string_view text) {
+    const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
+    while (!text.empty() && isSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && isSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+/// Cuts after `limit` user-perceived characters so an accent or an emoji sequence is never split.
+std::string truncatedToCharacters(const std::string& text, std::size_t limit) {
+    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(text);
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    if (U_FAILURE(status))
+        return text.substr(0, limit);
+    characters->setText(unicode);
+    std::size_t count = 0;
+    int32_t end = characters->first();
+    for (int32_t next = characters->next(); next != icu::BreakIterator::DONE; next = characters->next()) {
+        if (++count > limit)
+            break;
+        end = next;
+    }
+    if (count <= limit)
+        return text;
+    std::string result;
+    unicode.tempSubString(0, end).toUTF8String(result);
+    return result;
+}
+
+} // namespace
+
+std::string ExportFilename::make(std::string_view title, std::string_view extension) {
+    std::string safe;
+    // Trim first so a trailing line end is dropped instead of becoming a hyphen.
+    for (char c : validUtf8(trimmed(title)))
+        safe += isForbidden(c) ? '-' : c;
+    std::string name(trimmed(safe));
+    // A leading dot would hide the file from the user's file manager.
+    while (!name.empty() && name.front() == '.')
+        name.erase(0, 1);
+    name = std::string(trimmed(truncatedToCharacters(name, characterLimit)));
+    if (name.empty())
+        name = fallback;
+    return name + "." + std::string(extension);
+}
+
+} // namespace quillon::exports
