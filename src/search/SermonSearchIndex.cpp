@@ -1,0 +1,109 @@
+#include "search/SermonSearchIndex.h"
+
+#include "orvane/SeededHash.h"
+
+#include <string>
+#include <vector>
+
+namespace quillon::search {
+namespace {
+
+// Sermon search ranks lexically, so a semantic threshold never applies; it is kept at the value the unified search
+// would use if an embedding were ever given to sermons.
+constexpr double sermonMinimumScore = 0.55;
+
+std::string printedScripture(const model::SermonScripture& scripture) {
+    std::string printed = scripture.bookName;
+    printed += ' ';
+    printed += std::to_string(scripture.chapter);
+    printed += ':';
+    printed += std::to_string(scripture.startVerse);
+    if (scripture.endVerse != scripture.startVerse) {
+        printed += '-';
+        printed += std::to_string(scripture.endVerse);
+    }
+    return printed;
+}
+
+void appendPiece(std::string& text, const std::string& piece) {
+    if (piece.empty())
+        return;
+    if (!text.empty())
+        text += ". ";
+    text += piece;
+}
+
+} // namespace
+
+SermonSearchIndex::SermonSearchIndex() : m_index(nullptr, sermonMinimumScore) {}
+
+orvane::IndexedDocument SermonSearchIndex::document(const model::SermonNote& sermon) {
+    std::string text;
+    appendPiece(text, sermon.notes);
+    for (const auto& topic : sermon.topics) {
+        appendPiece(text, topic.title);
+        appendPiece(text, topic.details);
+        for (const auto& subTopic : topic.subTopics) {
+            appendPiece(text, subTopic.title);
+            appendPiece(text, subTopic.details);
+            for (const auto& scripture : subTopic.scriptures)
+                appendPiece(text, printedScripture(scripture));
+        }
+    }
+    // Tags are indexed too: a preacher looking for "advent" expects the sermons tagged so.
+    for (const auto& tag : sermon.tags)
+        appendPiece(text, tag);
+    return {sermon.id.text(), sermon.title, std::move(text)};
+}
+
+std::uint64_t SermonSearchIndex::fingerprint(std::span<const model::SermonNote> sermons) {
+    orvane::SeededHash hash;
+    for (const auto& sermon : sermons) {
+        hash.combine(std::string_view(reinterpret_cast<const char*>(sermon.id.bytes.data()), sermon.id.bytes.size()));
+        hash.combine(static_cast<std::uint64_t>(sermon.modifiedAt.time_since_epoch().count()));
+    }
+    return hash.value();
+}
+
+void SermonSearchIndex::refresh(std::span<const model::SermonNote> sermons) {
+    const auto current = fingerprint(sermons);
+    if (m_indexedFingerprint == current)
+        return;
+
+    std::vector<orvane::IndexedDocument> documents;
+    documents.reserve(sermons.size());
+    std::unordered_set<std::string> ids;
+    ids.reserve(sermons.size());
+    for (const auto& sermon : sermons) {
+        documents.push_back(document(sermon));
+        ids.insert(documents.back().id);
+    }
+
+    // The set difference walks whichever set is smaller.
+    std::vector<std::string> vanished;
+    if (m_indexedIDs.size() <= ids.size()) {
+        for (const auto& id : m_indexedIDs)
+            if (!ids.contains(id))
+                vanished.push_back(id);
+    } else {
+        auto remaining = m_indexedIDs;
+        for (const auto& id : ids)
+            remaining.erase(id);
+        vanished.assign(remaining.begin(), remaining.end());
+    }
+    if (!vanished.empty()) {
+        m_index.remove(vanished);
+        ++m_indexOperations;
+    }
+    m_index.upsert(documents);
+    ++m_indexOperations;
+
+    m_indexedFingerprint = current;
+    m_indexedIDs = std::move(ids);
+}
+
+orvane::CorrectedSearch SermonSearchIndex::search(std::string_view query, int limit) {
+    return m_index.correctedSearch(query, limit);
+}
+
+} // namespace quillon::search
