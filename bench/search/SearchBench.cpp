@@ -35,7 +35,7 @@ const std::array<const char*, 24> syllables = {"ra",  "ve",  "lo", "mi",  "tan",
 class Generator {
 public:
     Generator() : m_random(20251109) {
-        for (int i = 0; i < 6000; ++i) {
+        for (int i = 0; i < 20000; ++i) {
             std::string word;
             const int parts = 2 + static_cast<int>(m_random() % 3);
             for (int p = 0; p < parts; ++p)

@@ -71,6 +71,8 @@ TEST(SermonSearchDisplayHit, snippetIsTheBestMatchingSentence) {
     for (const auto& c : cases)
         EXPECT_EQ(SermonSearchDisplayHit::snippetText(text, c.terms), c.expected) << c.terms.front();
     EXPECT_EQ(SermonSearchDisplayHit::snippetText("", {"grace"}), "");
+    // Broken UTF-8 is shown with replacement characters rather than cutting the snippet short.
+    EXPECT_EQ(SermonSearchDisplayHit::snippetText("\xff grace \xc3", {"grace"}), "\xef\xbf\xbd grace \xef\xbf\xbd");
 }
 
 TEST(SermonSearchDisplayHit, longSentencesAreCutAroundTheMatchToAtMost160Characters) {

@@ -146,5 +146,17 @@ TEST(SermonSearchIndex, fingerprintFollowsIdsDatesAndLibraryOrder) {
     EXPECT_EQ(SermonSearchIndex::fingerprint(retitled), base);
 }
 
+TEST(SermonSearchIndex, brokenTextNeitherBreaksIndexingNorSearching) {
+    auto broken = sermon("Grace \xff\xfe", std::string("Mercy \xc3 endures\0 forever", 26), {"\xe2\x82"});
+    auto emptyTitle = sermon("", "");
+    const std::vector<model::SermonNote> library{broken, emptyTitle};
+    SermonSearchIndex index;
+    index.refresh(library);
+    EXPECT_EQ(hitIDs(index.search("endures", 10)), std::vector<std::string>{broken.id.text()});
+    EXPECT_EQ(hitIDs(index.search("grace", 10)), std::vector<std::string>{broken.id.text()});
+    for (const char* query : {"\xff", "\xc3", "", "...", "\xe2\x82"})
+        EXPECT_TRUE(index.search(query, 10).hits.empty()) << query;
+}
+
 } // namespace
 } // namespace quillon::search
