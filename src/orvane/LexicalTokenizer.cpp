@@ -1,6 +1,8 @@
 #include "orvane/LexicalTokenizer.h"
 
+#include "orvane/AsciiText.h"
 #include "orvane/UnicodeText.h"
+#include "orvane/WordTable.h"
 
 #include <array>
 
@@ -30,10 +32,15 @@ constexpr std::array<std::string_view, 174> stopWordList = {
     "yours",   "yourself",  "yourselves",
 };
 
+const WordTable& stopTable() {
+    static const WordTable table = wordTableOf(stopWordList);
+    return table;
+}
+
 bool isAllDigits(std::string_view token, bool ascii) {
     if (ascii) {
         for (char c : token)
-            if (c < '0' || c > '9')
+            if (!ascii::isDigit(c))
                 return false;
         return true;
     }
@@ -41,6 +48,73 @@ bool isAllDigits(std::string_view token, bool ascii) {
         if (!UnicodeText::isNumber(character))
             return false;
     return true;
+}
+
+// Applies the token rules to one plain ASCII word. It decides on the original bytes and writes the lowercase
+// token only for a word that is kept.
+template <typename Visit>
+void acceptAsciiWord(std::string_view word, std::string& token, std::size_t minimumLength, const WordTable* stops,
+                     Visit&& visit) {
+    std::size_t length = word.size();
+    if (length >= 3 && word[length - 2] == '\'' && ascii::lower(word[length - 1]) == 's')
+        length -= 2;
+    if (length == 0)
+        return;
+    word = word.substr(0, length);
+    // Numbers are never too short and never stop words: "1 Cor 13" keeps its "1".
+    if (!isAllDigits(word, true)) {
+        if (length < minimumLength)
+            return;
+        if (stops != nullptr && stops->containsLowercased(word))
+            return;
+    }
+    token.resize(length);
+    for (std::size_t i = 0; i < length; ++i)
+        token[i] = ascii::lower(word[i]);
+    visit(std::string_view(token));
+}
+
+// Applies the token rules to a word holding other characters; `token` is scratch space reused across words.
+template <typename Visit>
+void acceptWord(std::string_view word, std::string& token, std::size_t minimumLength, const WordTable* stops,
+                Visit&& visit) {
+    if (UnicodeText::isAscii(word)) {
+        acceptAsciiWord(word, token, minimumLength, stops, visit);
+        return;
+    }
+    token = UnicodeText::folded(word);
+    const bool asciiToken = UnicodeText::isAscii(token);
+    std::size_t length = asciiToken ? token.size() : UnicodeText::characterCount(token);
+    if (length >= 3) {
+        if (token.ends_with("'s")) {
+            token.resize(token.size() - 2);
+            length -= 2;
+        } else if (token.ends_with("\u2019s")) {
+            token.resize(token.size() - 4);
+            length -= 2;
+        }
+    }
+    if (token.empty())
+        return;
+    if (!isAllDigits(token, asciiToken)) {
+        if (length < minimumLength)
+            return;
+        if (stops != nullptr && stops->contains(token))
+            return;
+    }
+    visit(std::string_view(token));
+}
+
+template <typename Visit>
+void forEachTokenOf(std::string_view text, std::size_t minimumLength, bool removingStopWords, Visit&& visit) {
+    const WordTable* stops = removingStopWords ? &stopTable() : nullptr;
+    std::string token;
+    if (UnicodeText::isAscii(text))
+        ascii::forEachWord(text,
+                           [&](std::string_view word) { acceptAsciiWord(word, token, minimumLength, stops, visit); });
+    else
+        UnicodeText::forEachWord(text,
+                                 [&](std::string_view word) { acceptWord(word, token, minimumLength, stops, visit); });
 }
 
 } // namespace
@@ -52,47 +126,13 @@ const StringSet& LexicalTokenizer::stopWords() {
 
 void LexicalTokenizer::forEachToken(std::string_view text, std::size_t minimumLength, bool removingStopWords,
                                     const std::function<void(std::string_view)>& visit) {
-    const StringSet& stops = stopWords();
-    std::string token;
-    UnicodeText::forEachWord(text, [&](std::string_view word) {
-        const bool ascii = UnicodeText::isAscii(word);
-        if (ascii) {
-            token.assign(word);
-            for (char& c : token)
-                if (c >= 'A' && c <= 'Z')
-                    c = static_cast<char>(c + ('a' - 'A'));
-        } else {
-            token = UnicodeText::folded(word);
-        }
-        const bool asciiToken = ascii || UnicodeText::isAscii(token);
-        std::size_t length = asciiToken ? token.size() : UnicodeText::characterCount(token);
-        if (length >= 3) {
-            if (token.ends_with("'s")) {
-                token.resize(token.size() - 2);
-                length -= 2;
-            } else if (token.ends_with("\u2019s")) {
-                token.resize(token.size() - 4);
-                length -= 2;
-            }
-        }
-        if (token.empty())
-            return;
-        if (isAllDigits(token, asciiToken)) {
-            visit(token);
-            return;
-        }
-        if (length < minimumLength)
-            return;
-        if (removingStopWords && stops.contains(std::string_view(token)))
-            return;
-        visit(token);
-    });
+    forEachTokenOf(text, minimumLength, removingStopWords, visit);
 }
 
 std::vector<std::string> LexicalTokenizer::tokens(std::string_view text, std::size_t minimumLength,
                                                   bool removingStopWords) {
     std::vector<std::string> result;
-    forEachToken(text, minimumLength, removingStopWords, [&](std::string_view token) { result.emplace_back(token); });
+    forEachTokenOf(text, minimumLength, removingStopWords, [&](std::string_view token) { result.emplace_back(token); });
     return result;
 }
 

@@ -1,7 +1,10 @@
 #include "orvane/ScriptureStemmer.h"
 
+#include "orvane/AsciiText.h"
 #include "orvane/UnicodeText.h"
+#include "orvane/WordTable.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -71,8 +74,17 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 147> irregul
     {"art", "are"},         {"wast", "was"},         {"wert", "were"},
 }};
 
-bool isAsciiLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+using ascii::isLetter;
+
+const WordTable& fillerTable() {
+    static const WordTable table = wordTableOf(queryFillerList);
+    return table;
+}
+
+const WordTable& irregularTable() {
+    static const WordTable table(
+        std::vector<std::pair<std::string_view, std::string_view>>(irregularFormList.begin(), irregularFormList.end()));
+    return table;
 }
 
 // The stemming steps after irregular forms, written once for plain ASCII words (one byte per character) and
@@ -133,9 +145,8 @@ void removeSuffixAndFinalE(Word& word) {
 std::string stemAscii(std::string word) {
     if (word.size() < 3)
         return word;
-    if (const auto irregular = ScriptureStemmer::irregularForms().find(std::string_view(word));
-        irregular != ScriptureStemmer::irregularForms().end())
-        word = irregular->second;
+    if (const std::string_view* base = irregularTable().find(word))
+        word = *base;
     removeSuffixAndFinalE(word);
     return word;
 }
@@ -177,7 +188,7 @@ std::string ScriptureStemmer::stem(std::string_view word) {
         std::string letters;
         letters.reserve(word.size());
         for (char c : word)
-            if (isAsciiLetter(c))
+            if (isLetter(c))
                 letters.push_back(c);
         return stemAscii(std::move(letters));
     }
@@ -207,40 +218,50 @@ std::string ScriptureStemmer::stem(std::string_view word) {
 
 std::vector<std::string> ScriptureStemmer::terms(std::string_view text) {
     std::vector<std::string> result;
+    // Texts are mostly a verse or a query with a handful of stems, where scanning the result beats hashing; long
+    // texts switch to a set.
+    constexpr std::size_t scanLimit = 32;
     StringSet seen;
-    const StringSet& fillers = queryFillers();
-    auto take = [&](std::string run) {
-        if (fillers.contains(std::string_view(run)))
+    const WordTable& fillers = fillerTable();
+    auto take = [&](std::string_view run) {
+        if (fillers.contains(run))
             return;
         std::string stemmed = stem(run);
-        if (stemmed.empty() || seen.contains(std::string_view(stemmed)))
+        if (stemmed.empty())
             return;
-        seen.insert(stemmed);
+        if (result.size() < scanLimit) {
+            if (std::find(result.begin(), result.end(), stemmed) != result.end())
+                return;
+        } else {
+            if (seen.empty())
+                seen.insert(result.begin(), result.end());
+            if (!seen.insert(stemmed).second)
+                return;
+        }
         result.push_back(std::move(stemmed));
     };
 
+    std::string run;
     if (UnicodeText::isAscii(text)) {
         std::size_t i = 0;
         while (i < text.size()) {
-            if (!isAsciiLetter(text[i])) {
+            if (!isLetter(text[i])) {
                 ++i;
                 continue;
             }
             const std::size_t start = i;
-            while (i < text.size() && isAsciiLetter(text[i]))
+            while (i < text.size() && isLetter(text[i]))
                 ++i;
             if (i - start >= 3) {
-                std::string run(text.substr(start, i - start));
-                for (char& c : run)
-                    if (c >= 'A' && c <= 'Z')
-                        c = static_cast<char>(c + ('a' - 'A'));
-                take(std::move(run));
+                run.resize(i - start);
+                for (std::size_t k = 0; k < run.size(); ++k)
+                    run[k] = ascii::lower(text[start + k]);
+                take(run);
             }
         }
         return result;
     }
 
-    std::string run;
     std::size_t runLength = 0;
     auto finishRun = [&] {
         if (runLength >= 3)

@@ -1,6 +1,7 @@
 #include "orvane/StopWords.h"
 
 #include "orvane/UnicodeText.h"
+#include "orvane/WordTable.h"
 
 #include <array>
 
@@ -32,6 +33,11 @@ constexpr std::array<std::string_view, 195> stopWordList = {
     "ye",        "yet",        "you",     "your",   "yours",      "yourself",
 };
 
+const WordTable& stopTable() {
+    static const WordTable table = wordTableOf(stopWordList);
+    return table;
+}
+
 } // namespace
 
 const StringSet& StopWords::words() {
@@ -61,7 +67,7 @@ bool StopWords::isMeaningful(std::string_view word, std::size_t minimumLength) {
     }
     if (length < minimumLength)
         return false;
-    return !words().contains(std::string_view(kept));
+    return !stopTable().contains(kept);
 }
 
 } // namespace orvane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -8,10 +9,18 @@
 
 namespace orvane {
 
-/// Lets the constant word tables be searched with a std::string_view without building a std::string.
+/// Lets the word tables be searched with a std::string_view without building a std::string. FNV-1a, because the
+/// keys are short words and the library's general-purpose hash dominated tokenising time.
 struct StringHash {
     using is_transparent = void;
-    std::size_t operator()(std::string_view text) const noexcept { return std::hash<std::string_view>{}(text); }
+    std::size_t operator()(std::string_view text) const noexcept {
+        std::uint64_t hash = 14695981039346656037ull;
+        for (char c : text) {
+            hash ^= static_cast<unsigned char>(c);
+            hash *= 1099511628211ull;
+        }
+        return static_cast<std::size_t>(hash);
+    }
 };
 
 using StringSet = std::unordered_set<std::string, StringHash, std::equal_to<>>;
