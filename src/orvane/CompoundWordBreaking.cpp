@@ -13,8 +13,9 @@ constexpr std::string_view zeroWidthSpace = "\u200B";
 
 std::string CompoundWordBreaking::insertingBreaks(std::string_view text) {
     const std::vector<std::string> characters = UnicodeText::characters(text);
+    // Invalid bytes come back as U+FFFD, as they do from the longer texts below.
     if (characters.size() < 2)
-        return std::string(text);
+        return UnicodeText::repaired(text);
     std::string result;
     result.reserve(text.size() + text.size() / 4);
     std::size_t run = 0;

@@ -1,4 +1,10 @@
 #include "orvane/UnicodeText.h"
+#include "orvane/CompoundWordBreaking.h"
+#include "orvane/LexicalTokenizer.h"
+#include "orvane/QueryExpansion.h"
+#include "orvane/ScriptureStemmer.h"
+#include "orvane/StopWords.h"
+#include "orvane/TextDistance.h"
 
 #include <gtest/gtest.h>
 #include <unicode/brkiter.h>
@@ -119,6 +125,68 @@ TEST(UnicodeText, sentencesAndRepairCoverTheWholeText) {
     EXPECT_TRUE(UnicodeText::sentences("").empty());
     EXPECT_EQ(UnicodeText::repaired("ok \xc3\xa9 \xc3"), "ok \u00e9 \ufffd");
     EXPECT_EQ(UnicodeText::repaired("\xed\xa0\x80"), "\ufffd\ufffd\ufffd");
+}
+
+TEST(UnicodeText, arbitraryBytesNeverBreakAnyTextOperation) {
+    // Pieces that have broken text code before: lone continuation bytes, truncated and overlong sequences,
+    // surrogates, combining marks without a base, joiners, bidi controls, emoji modifiers, CR LF.
+    const std::vector<std::string> pieces = {
+        "a",
+        "Z",
+        "7",
+        " ",
+        "'",
+        "\u2019",
+        "s",
+        "\r\n",
+        "\x80",
+        "\xc3",
+        "\xe2\x80",
+        "\xf0\x9f\x99",
+        "\xc0\xaf",
+        "\xed\xa0\x80",
+        "\xff",
+        "\u0301",
+        "\u200b",
+        "\u200d",
+        "\u202e",
+        "\u05d0",
+        "\u0663",
+        "\U0001F64F",
+        "\U0001F3FD",
+        "\u00c9",
+        "\u0130",
+        "\u00df",
+        "_",
+        "@",
+        ".",
+        "-",
+        std::string(1, '\0'),
+    };
+    std::mt19937 random(7);
+    std::uniform_int_distribution<std::size_t> pick(0, pieces.size() - 1);
+    std::uniform_int_distribution<std::size_t> length(0, 16);
+    QueryExpansion expansion;
+    expansion.vocabulary = {"grace", "\u00e9glise", "forgiveness", "pardon"};
+    for (int round = 0; round < 1500; ++round) {
+        std::string text;
+        for (std::size_t n = length(random); n > 0; --n)
+            text += pieces[pick(random)];
+        for (const std::string& token : LexicalTokenizer::tokens(text, 1, false))
+            EXPECT_FALSE(token.empty());
+        for (const std::string& term : ScriptureStemmer::terms(text))
+            EXPECT_FALSE(term.empty());
+        ScriptureStemmer::stem(text);
+        StopWords::isMeaningful(text, 2);
+        const double similarity = TextDistance::similarity(text, "grace\u0301");
+        EXPECT_GE(similarity, 0.0);
+        EXPECT_LE(similarity, 1.0);
+        TextDistance::closestMatch(text, {"Grace", text}, 0.5);
+        expansion.expand(text);
+        EXPECT_EQ(CompoundWordBreaking::removingBreaks(CompoundWordBreaking::insertingBreaks(text)),
+                  CompoundWordBreaking::removingBreaks(UnicodeText::repaired(text)));
+        EXPECT_EQ(UnicodeText::characters(text).size(), UnicodeText::characterCount(text));
+    }
 }
 
 } // namespace
