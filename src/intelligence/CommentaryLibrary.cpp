@@ -19,10 +19,17 @@ namespace fs = std::filesystem;
 namespace {
 
 /// The built-in works in their fixed order, with the names the model must cite them by.
-constexpr std::pair<const char*, const char*> builtInCommentaries[] = {
-    {"MHCC", "Matthew Henry's Concise Commentary"},
-    {"Scofield", "Scofield Reference Notes"},
-    {"TDavid", "Spurgeon's Treasury of David"},
+struct BuiltIn {
+    const char* moduleName;
+    const char* name;
+    /// Henry and Spurgeon write one note per section, stored under its first verse, that runs until
+    /// the next note; Scofield annotates single verses.
+    bool notesRunToTheNext;
+};
+constexpr BuiltIn builtInCommentaries[] = {
+    {"MHCC", "Matthew Henry's Concise Commentary", true},
+    {"Scofield", "Scofield Reference Notes", false},
+    {"TDavid", "Spurgeon's Treasury of David", true},
 };
 
 /// An entry that runs over whole chapters (Spurgeon's psalms) would swamp a prompt; one passage
@@ -155,15 +162,15 @@ CommentaryLibrary::CommentaryLibrary(std::vector<fs::path> searchPaths) : m_swor
             continue;
         std::string moduleName = name.c_str();
         bool builtIn = std::any_of(std::begin(builtInCommentaries), std::end(builtInCommentaries),
-                                   [&](const auto& entry) { return moduleName == entry.first; });
+                                   [&](const BuiltIn& entry) { return moduleName == entry.moduleName; });
         if (!builtIn) {
             const char* description = module->getDescription();
-            others.push_back({moduleName, description && *description ? description : moduleName});
+            others.push_back({moduleName, description && *description ? description : moduleName, false});
         }
     }
-    for (const auto& [moduleName, citedName] : builtInCommentaries)
-        if (m_sword->manager->getModule(moduleName))
-            m_commentaries.push_back({moduleName, citedName});
+    for (const BuiltIn& entry : builtInCommentaries)
+        if (m_sword->manager->getModule(entry.moduleName))
+            m_commentaries.push_back({entry.moduleName, entry.name, entry.notesRunToTheNext});
     std::sort(others.begin(), others.end(),
               [](const Commentary& a, const Commentary& b) { return a.moduleName < b.moduleName; });
     m_commentaries.insert(m_commentaries.end(), others.begin(), others.end());
@@ -172,7 +179,8 @@ CommentaryLibrary::CommentaryLibrary(std::vector<fs::path> searchPaths) : m_swor
 CommentaryLibrary::~CommentaryLibrary() = default;
 
 const std::vector<CommentaryEntry>&
-CommentaryLibrary::chapterEntries(const std::string& moduleName, const scripture::BibleBook& book, int chapter) const {
+CommentaryLibrary::chapterEntries(const Commentary& commentary, const scripture::BibleBook& book, int chapter) const {
+    const std::string& moduleName = commentary.moduleName;
     auto key = std::make_tuple(moduleName, book.id, chapter);
     auto cached = m_chapters.find(key);
     if (cached != m_chapters.end())
@@ -201,6 +209,8 @@ CommentaryLibrary::chapterEntries(const std::string& moduleName, const scripture
         // Verses linked to the one before share its entry: they extend it rather than start one.
         if (previousKey && module->isLinked(previousKey.get(), verse)) {
             previousKey.reset(verse->clone());
+            if (!entries.empty() && entries.back().lastVerse == number - 1)
+                entries.back().lastVerse = number;
             continue;
         }
         module->setKey(*verse);
@@ -210,10 +220,12 @@ CommentaryLibrary::chapterEntries(const std::string& moduleName, const scripture
             continue;
         entries.push_back({chapter, number, number, {}, std::move(text)});
     }
-    // An entry runs to the verse before the next one, or to the end of the chapter.
     for (std::size_t position = 0; position < entries.size(); ++position) {
         CommentaryEntry& entry = entries[position];
-        entry.lastVerse = position + 1 < entries.size() ? entries[position + 1].firstVerse - 1 : lastVerse;
+        // A section note runs to the verse before the next note, or to the end of the chapter; a
+        // verse note covers its verse and the verses linked to it.
+        if (commentary.notesRunToTheNext)
+            entry.lastVerse = position + 1 < entries.size() ? entries[position + 1].firstVerse - 1 : lastVerse;
         entry.label = book.name + " " + std::to_string(chapter) + ":" + std::to_string(entry.firstVerse);
         if (entry.lastVerse > entry.firstVerse)
             entry.label += "-" + std::to_string(entry.lastVerse);
@@ -225,7 +237,7 @@ std::vector<CommentaryEntry> CommentaryLibrary::entries(const Commentary& commen
                                                         const scripture::ScriptureReference& reference) const {
     std::lock_guard lock(m_mutex);
     std::vector<CommentaryEntry> found;
-    for (const CommentaryEntry& entry : chapterEntries(commentary.moduleName, reference.book, reference.chapter)) {
+    for (const CommentaryEntry& entry : chapterEntries(commentary, reference.book, reference.chapter)) {
         bool overlaps = !reference.verses ||
                         std::any_of(reference.verses->begin(), reference.verses->end(),
                                     [&](int verse) { return verse >= entry.firstVerse && verse <= entry.lastVerse; });

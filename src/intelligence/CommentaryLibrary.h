@@ -18,6 +18,9 @@ struct Commentary {
     std::string moduleName;
     /// The name the model must cite it by ("Matthew Henry's Concise Commentary").
     std::string name;
+    /// True when each note is stored under the first verse of a section and covers the verses up to
+    /// the next note; false when notes belong to the verses they are stored under (and those linked to it).
+    bool notesRunToTheNext = false;
 
     bool operator==(const Commentary&) const = default;
 };
@@ -52,14 +55,13 @@ public:
     const std::vector<Commentary>& commentaries() const { return m_commentaries; }
 
     /// The entries of `commentary` whose verses overlap `reference` (a whole chapter when it names
-    /// no verses), in verse order. An entry is stored under its first verse and runs to the verse
-    /// before the next entry. Unknown modules and passages without notes give an empty list.
+    /// no verses), in verse order. Unknown modules and passages without notes give an empty list.
     std::vector<CommentaryEntry> entries(const Commentary& commentary,
                                          const scripture::ScriptureReference& reference) const;
 
 private:
     struct Sword;
-    const std::vector<CommentaryEntry>& chapterEntries(const std::string& moduleName, const scripture::BibleBook& book,
+    const std::vector<CommentaryEntry>& chapterEntries(const Commentary& commentary, const scripture::BibleBook& book,
                                                        int chapter) const;
 
     std::unique_ptr<Sword> m_sword;

@@ -48,7 +48,7 @@ TEST(CommentaryTool, readsMatthewHenrysMisdeclaredIndexAtTheRightPlace) {
 
 TEST(CommentaryTool, aVerseFindsTheEntryWhoseRangeCoversIt) {
     REQUIRE_MODULE("MHCC");
-    CommentaryTool henry("commentaries", "p", systemLibrary(), {{"MHCC", "Henry"}}, 6);
+    CommentaryTool henry("commentaries", "p", systemLibrary(), {{"MHCC", "Henry", true}}, 6);
     struct Case {
         const char* query;
         std::vector<std::string> sources;
@@ -74,7 +74,7 @@ TEST(CommentaryTool, aVerseFindsTheEntryWhoseRangeCoversIt) {
 
 TEST(CommentaryTool, everyBookOfTheBibleIsFoundInTheCommentary) {
     REQUIRE_MODULE("MHCC");
-    Commentary henry{"MHCC", "Henry"};
+    Commentary henry{"MHCC", "Henry", true};
     for (const scripture::BibleBook& book : scripture::allBibleBooks()) {
         std::optional<scripture::ScriptureReference> reference = scripture::parse(book.name + " 1");
         ASSERT_TRUE(reference) << book.name;
@@ -97,6 +97,9 @@ TEST(CommentaryTool, worksAreConsultedInOrderAndCappedAtSix) {
     ASSERT_EQ(john3.size(), 6u); // Henry's two notes, then only four of Scofield's many
     EXPECT_EQ(john3[0], "Matthew Henry's Concise Commentary — John 3:1-21");
     EXPECT_TRUE(john3[2].starts_with("Scofield Reference Notes — ")) << john3[2];
+    // Scofield's notes belong to single verses: Romans 8:28 does not pick up the note on 8:23.
+    EXPECT_EQ(sourcesOf(tool.lookup("Romans 8:28")),
+              std::vector<std::string>{"Matthew Henry's Concise Commentary — Romans 8:28-31"});
     std::vector<std::string> verse = sourcesOf(tool.lookup("John 3:16"));
     EXPECT_EQ(verse, (std::vector<std::string>{"Matthew Henry's Concise Commentary — John 3:1-21",
                                                "Scofield Reference Notes — John 3:16"}));
@@ -104,7 +107,7 @@ TEST(CommentaryTool, worksAreConsultedInOrderAndCappedAtSix) {
 
 TEST(CommentaryTool, longEntriesAreCutAtAWord) {
     REQUIRE_MODULE("TDavid");
-    CommentaryTool spurgeon("commentaries", "p", systemLibrary(), {{"TDavid", "Spurgeon"}}, 6);
+    CommentaryTool spurgeon("commentaries", "p", systemLibrary(), {{"TDavid", "Spurgeon", true}}, 6);
     orvane::ToolResult psalm = spurgeon.lookup("Psalm 23:1");
     ASSERT_FALSE(psalm.passages.empty());
     EXPECT_LE(psalm.passages[0].text.size(), 9010u);
