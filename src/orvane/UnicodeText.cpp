@@ -65,12 +65,19 @@ void forEachSegment(BreakKind kind, std::string_view validText, Visit&& visit) {
         visit(std::size_t{0}, validText.size(), 0);
         return;
     }
+    // The segments are collected before any is visited, because a visitor may segment other text on this thread
+    // and so reuse this iterator.
+    struct Segment {
+        std::size_t from, to;
+        int32_t status;
+    };
+    std::vector<Segment> segments;
     int32_t start = iterator->first();
     for (int32_t end = iterator->next(); end != icu::BreakIterator::DONE; start = end, end = iterator->next()) {
         const auto from = static_cast<std::size_t>(start);
         const auto to = std::min(static_cast<std::size_t>(end), validText.size());
         if (from < to)
-            visit(from, to, iterator->getRuleStatus());
+            segments.push_back({from, to, iterator->getRuleStatus()});
     }
     // The iterator keeps a pointer to the UText; detach it before the UText goes away.
     UText empty = UTEXT_INITIALIZER;
@@ -78,6 +85,8 @@ void forEachSegment(BreakKind kind, std::string_view validText, Visit&& visit) {
     iterator->setText(&empty, status);
     utext_close(&text);
     utext_close(&empty);
+    for (const Segment& segment : segments)
+        visit(segment.from, segment.to, segment.status);
 }
 
 bool isValidUtf8(std::string_view text) {

@@ -71,5 +71,15 @@ TEST(LexicalTokenizer, anyBytesGiveTokensWithoutCrashing) {
               2u);
 }
 
+TEST(LexicalTokenizer, tokenisingInsideAVisitorLeavesTheOuterTextWhole) {
+    const std::string outer = "\u00c9glise,de,Dieu,\u00e0,Corinthe";
+    std::vector<std::string> seen;
+    LexicalTokenizer::forEachToken(outer, 2, false, [&](std::string_view token) {
+        seen.emplace_back(token);
+        LexicalTokenizer::tokens("na\u00efve inner text", 2, false);
+    });
+    EXPECT_EQ(seen, (Tokens{"eglise", "de", "dieu", "corinthe"}));
+}
+
 } // namespace
 } // namespace orvane
