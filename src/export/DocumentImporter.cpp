@@ -114,7 +114,15 @@ model::SermonNote DocumentImporter::importBytes(std::string_view bytes, std::str
     } else if (kind == "rtf") {
         if (!bytes.starts_with("{\\rtf"))
             throw ExportError("Quillon could not read this rich-text document.");
-        sermon = m_parser.parse(RtfReader::read(bytes).plainText());
+        std::vector<OutlineLine> lines;
+        for (const RichParagraph& paragraph : RtfReader::read(bytes).paragraphs) {
+            const bool italic = !paragraph.runs.empty() && std::all_of(paragraph.runs.begin(), paragraph.runs.end(),
+                                                                       [](const RichRun& run) { return run.italic; });
+            for (std::string& line : splitLines(paragraph.plainText()))
+                lines.push_back(
+                    OutlineLine{std::move(line), italic ? OutlineLine::Hint::quotation : OutlineLine::Hint::none});
+        }
+        sermon = m_parser.parse(lines);
     } else {
         throw ExportError("Quillon cannot import files of this kind.");
     }

@@ -186,8 +186,12 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
     DraftBuilder draft;
     for (const OutlineLine& input : lines) {
         const std::string line = trim(validUtf8(input.text));
-        if (line.empty())
+        if (line.empty()) {
+            // A blank line ends a quotation block; a blank line inside one ("&gt;" alone) does not.
+            if (input.hint != Hint::quotation)
+                draft.lastWasScripture = false;
             continue;
+        }
         const bool quotedPassage = input.hint == Hint::quotation && draft.lastWasScripture;
         draft.lastWasScripture = false;
 
@@ -204,7 +208,13 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
             continue;
         }
         if (quotedPassage) {
-            // The quoted verse text under a reference is the library's text, not the preacher's notes.
+            // The quoted verse text under a reference is the library's text, not the preacher's
+            // notes; another reference in the same quotation is still a passage.
+            const VersionedText versioned = splitVersion(line);
+            if (m_recognize) {
+                if (auto passage = m_recognize(versioned.reference))
+                    draft.addScripture(*passage, versioned.version, versioned.reference);
+            }
             draft.lastWasScripture = true;
             continue;
         }

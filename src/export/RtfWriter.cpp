@@ -90,15 +90,16 @@ std::string RtfWriter::write(const RichText& text) {
     for (const auto& colour : colours)
         rtf += "\\red" + std::to_string(colourComponent(colour, 0)) + "\\green" +
                std::to_string(colourComponent(colour, 2)) + "\\blue" + std::to_string(colourComponent(colour, 4)) + ";";
-    rtf += "}\n\\f0\\fs24\n";
+    rtf += "}\n\\f0\n";
 
     for (const auto& paragraph : text.paragraphs) {
         rtf += "\\pard";
         if (paragraph.bullet)
-            rtf += "\\li" + std::to_string(paragraph.leftIndent + 360) + "\\fi-360{\\listtext\\'95\\tab}";
+            rtf += "\\li" + std::to_string(paragraph.leftIndent + 360) + "\\fi-360 {\\listtext\\'95\\tab}";
         else if (paragraph.leftIndent > 0)
-            rtf += "\\li" + std::to_string(paragraph.leftIndent);
-        rtf += ' ';
+            rtf += "\\li" + std::to_string(paragraph.leftIndent) + " ";
+        else
+            rtf += " ";
         for (const auto& run : paragraph.runs) {
             std::string format;
             if (run.bold)

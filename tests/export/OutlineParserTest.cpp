@@ -1,0 +1,95 @@
+#include "ExportTestSupport.h"
+
+#include "export/OutlineParser.h"
+
+#include <gtest/gtest.h>
+
+namespace quillon::exports {
+
+namespace {
+
+/// The outline as text: "T:" topics, "S:" sub-topics, "R:" passages with version, "D:" details.
+std::vector<std::string> shape(const model::SermonNote& sermon) {
+    std::vector<std::string> lines;
+    for (const auto& topic : sermon.topics) {
+        lines.push_back("T:" + topic.title);
+        if (!topic.details.empty())
+            lines.push_back("D:" + topic.details);
+        for (const auto& sub : topic.subTopics) {
+            lines.push_back("S:" + sub.title);
+            for (const auto& s : sub.scriptures)
+                lines.push_back("R:" + s.bookName + " " + std::to_string(s.chapter) + ":" +
+                                std::to_string(s.startVerse) + "-" + std::to_string(s.endVerse) + " " +
+                                std::string(model::rawValue(s.version)));
+            if (!sub.details.empty())
+                lines.push_back("D:" + sub.details);
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST(OutlineParser, readsTheDiagnosticOutlineAsOneTopic) {
+    const auto sermon =
+        OutlineParser(testing::fakeRecognizer()).parse("I. Grace\nA. Promise\nJohn 3:16\nApplication line");
+    EXPECT_EQ(shape(sermon),
+              (std::vector<std::string>{"T:Grace", "S:Promise", "R:John 3:16-16 KJV", "D:Application line"}));
+    EXPECT_TRUE(sermon.title.empty());
+}
+
+TEST(OutlineParser, tellsTopicsFromSubTopicsByTheirMarkers) {
+    struct Case {
+        std::string text;
+        std::vector<std::string> expected;
+    };
+    const std::vector<Case> cases{
+        {"1. Faith\n2) Hope\na. Anchor", {"T:Faith", "T:Hope", "S:Anchor"}},
+        // C follows B, so it is a sub-point; the later "C." with no sub-points before it is topic 100.
+        {"I. One\nA. a\nB. b\nC. c\nII. Two\nC. Hundred", {"T:One", "S:a", "S:b", "S:c", "T:Two", "T:Hundred"}},
+        {"IV. Late start\nV. Next", {"T:Late start", "T:Next"}},
+        {"IIII. Not roman", {"D:IIII. Not roman"}},
+    };
+    for (const auto& c : cases) {
+        auto sermon = OutlineParser(testing::fakeRecognizer()).parse("Title\n" + c.text);
+        auto lines = shape(sermon);
+        if (sermon.topics.empty())
+            lines.push_back("D:" + sermon.notes);
+        EXPECT_EQ(lines, c.expected) << c.text;
+    }
+}
+
+TEST(OutlineParser, takesTheNamedVersionAndKeepsKjvOtherwise) {
+    const auto sermon =
+        OutlineParser(testing::fakeRecognizer())
+            .parse("I. Word\nA. Light\nJohn 1:4-5 (NKJV)\nPsalm 119:105 - asv\nRomans 8:1 [LSV]\n1 John 1:9");
+    EXPECT_EQ(shape(sermon),
+              (std::vector<std::string>{"T:Word", "S:Light", "R:John 1:4-5 NKJV", "R:Psalm 119:105-105 ASV",
+                                        "R:Romans 8:1-1 LSV", "R:1 John 1:9-9 KJV"}));
+}
+
+TEST(OutlineParser, putsLinesBeforeTheFirstTopicIntoTitleMetadataAndNotes) {
+    const auto sermon = OutlineParser(testing::fakeRecognizer())
+                            .parse("Living Hope\nSpeaker: Ada\nSeries: Peter\nTags: hope, joy\nA word of welcome.\n"
+                                   "I. Hope\nGod gives it.\nJohn 3:16");
+    EXPECT_EQ(sermon.title, "Living Hope");
+    EXPECT_EQ(sermon.speaker, "Ada");
+    EXPECT_EQ(sermon.series, "Peter");
+    EXPECT_EQ(sermon.tags, (std::vector<std::string>{"hope", "joy"}));
+    EXPECT_EQ(sermon.notes, "A word of welcome.");
+    // A passage directly under a topic gets a sub-point named after it.
+    EXPECT_EQ(shape(sermon),
+              (std::vector<std::string>{"T:Hope", "D:God gives it.", "S:John 3:16", "R:John 3:16-16 KJV"}));
+}
+
+TEST(OutlineParser, survivesInputThatIsNoOutline) {
+    OutlineParser parser(testing::fakeRecognizer());
+    EXPECT_TRUE(parser.parse("").topics.empty());
+    EXPECT_TRUE(parser.parse("\n\n\r\n").title.empty());
+    const auto binary = parser.parse(std::string("\xFF\xFE\x00\x01I. x", 9));
+    EXPECT_LE(binary.topics.size(), 1u);
+    const auto noRecognizer = OutlineParser(nullptr).parse("I. A\nJohn 3:16");
+    EXPECT_EQ(shape(noRecognizer), (std::vector<std::string>{"T:A", "D:John 3:16"}));
+}
+
+} // namespace quillon::exports
