@@ -2,6 +2,8 @@
 
 #include "cli/CommentaryCommand.h"
 #include "cli/ModelStatusCommand.h"
+#include "cli/ExportCommand.h"
+#include "cli/SelftestCommand.h"
 
 namespace quillon::cli {
 
@@ -10,6 +12,8 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     // One line per command; keep related commands together.
     commands.push_back(std::make_unique<ModelStatusCommand>());
     commands.push_back(std::make_unique<CommentaryCommand>());
+    commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<SelftestCommand>());
     return commands;
 }
 

@@ -1,5 +1,6 @@
 #include "ExportTestSupport.h"
 
+#include "export/LibraryReferences.h"
 #include "export/OutlineParser.h"
 
 #include <gtest/gtest.h>
@@ -90,6 +91,19 @@ TEST(OutlineParser, survivesInputThatIsNoOutline) {
     EXPECT_LE(binary.topics.size(), 1u);
     const auto noRecognizer = OutlineParser(nullptr).parse("I. A\nJohn 3:16");
     EXPECT_EQ(shape(noRecognizer), (std::vector<std::string>{"T:A", "D:John 3:16"}));
+}
+
+} // namespace quillon::exports
+
+namespace quillon::exports {
+
+TEST(OutlineParser, recognisesReferencesWithTheLibraryParser) {
+    const auto sermon = OutlineParser(libraryReferenceRecognizer())
+                            .parse("I. Grace\nA. Promise\nJohn 3:16\nps 23 (NLT)\nfirst cor 13:4-7\nApplication line\n"
+                                   "John 22:1");
+    EXPECT_EQ(shape(sermon),
+              (std::vector<std::string>{"T:Grace", "S:Promise", "R:John 3:16-16 KJV", "R:Psalms 23:1-6 NLT",
+                                        "R:1 Corinthians 13:4-7 KJV", "D:Application line\nJohn 22:1"}));
 }
 
 } // namespace quillon::exports
