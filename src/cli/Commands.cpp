@@ -4,6 +4,8 @@
 #include "cli/ModelStatusCommand.h"
 #include "cli/ExportCommand.h"
 #include "cli/SelftestCommand.h"
+#include "cli/BibleCommand.h"
+#include "cli/RefCommand.h"
 
 namespace quillon::cli {
 
@@ -14,6 +16,8 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<CommentaryCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<SelftestCommand>());
+    commands.push_back(std::make_unique<RefCommand>());
+    commands.push_back(std::make_unique<BibleCommand>());
     return commands;
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/Command.h"
+
+#include <string>
+
+namespace quillon::cli {
+
+/// `quillon ref TEXT`: shows how a typed reference is read (book, chapter, verses).
+class RefCommand : public Command {
+public:
+    std::string name() const override { return "ref"; }
+    std::string description() const override { return "Parse a scripture reference"; }
+    void configure(CLI::App& command) override;
+    int execute(CommandContext& context) override;
+
+private:
+    std::string m_text;
+};
+
+} // namespace quillon::cli
