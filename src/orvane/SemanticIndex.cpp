@@ -1,6 +1,7 @@
 #include "orvane/SemanticIndex.h"
 
 #include "orvane/LexicalRanking.h"
+#include "orvane/LexicalTokenizer.h"
 #include "orvane/QueryExpansion.h"
 #include "orvane/SeededHash.h"
 #include "orvane/SentenceEmbedding.h"
@@ -36,11 +37,7 @@ void SemanticIndex::upsert(const std::vector<IndexedDocument>& documents) {
         if (position != m_positions.end() && m_documents[position->second].signature == signature)
             continue;
 
-        auto tokens = LexicalRanking::terms(embeddingText);
-        Entry entry{document, signature,
-                    std::unordered_set<std::string>(std::make_move_iterator(tokens.begin()),
-                                                    std::make_move_iterator(tokens.end())),
-                    std::nullopt};
+        Entry entry{document, signature, termIDs(embeddingText), std::nullopt};
         if (m_embedding)
             entry.vector = m_embedding->vector(embeddingText);
         countTerms(entry.terms, +1);
@@ -88,19 +85,36 @@ void SemanticIndex::remove(const std::vector<std::string>& ids) {
     m_cachedWeighting.reset();
 }
 
-void SemanticIndex::countTerms(const std::unordered_set<std::string>& terms, int delta) {
-    for (const auto& term : terms) {
-        auto& count = m_frequencies[term];
-        count += delta;
-        // A term no document holds any more must leave the vocabulary, or corrections could pick it.
-        if (count <= 0)
-            m_frequencies.erase(term);
-    }
+std::vector<std::uint32_t> SemanticIndex::termIDs(std::string_view text) {
+    std::vector<std::uint32_t> ids;
+    LexicalTokenizer::forEachToken(text, 2, true, [&](std::string_view token) {
+        auto found = m_termIDs.find(token);
+        if (found == m_termIDs.end()) {
+            found = m_termIDs.emplace(std::string(token), static_cast<std::uint32_t>(m_termTexts.size())).first;
+            m_termTexts.emplace_back(token);
+            m_frequencies.push_back(0);
+        }
+        ids.push_back(found->second);
+    });
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+    return ids;
+}
+
+void SemanticIndex::countTerms(const std::vector<std::uint32_t>& terms, int delta) {
+    for (const auto id : terms)
+        m_frequencies[id] += delta;
 }
 
 const InverseDocumentFrequency& SemanticIndex::weighting() {
-    if (!m_cachedWeighting)
-        m_cachedWeighting = InverseDocumentFrequency::make(m_documents.size(), m_frequencies);
+    if (!m_cachedWeighting) {
+        std::unordered_map<std::string, int> frequencies;
+        frequencies.reserve(m_termTexts.size());
+        for (std::size_t id = 0; id < m_termTexts.size(); ++id)
+            if (m_frequencies[id] > 0)
+                frequencies.emplace(m_termTexts[id], m_frequencies[id]);
+        m_cachedWeighting = InverseDocumentFrequency::make(m_documents.size(), frequencies);
+    }
     return *m_cachedWeighting;
 }
 
@@ -118,9 +132,17 @@ std::vector<SearchHit> SemanticIndex::searchLocked(std::string_view query, int l
     if (m_embedding)
         queryVector = m_embedding->vector(query);
 
-    // The lexical side is prepared once per query: its terms and their weights.
-    const auto queryTerms = LexicalRanking::terms(query);
+    // The lexical side is prepared once per query: each distinct term's weight and id (none for a term no document
+    // holds). This is LexicalRanking::score over the terms the index keeps, summed in the same order.
     const auto& weights = weighting();
+    std::vector<std::pair<std::uint32_t, double>> heldTerms;
+    double total = 0.0;
+    for (const auto& term : LexicalRanking::terms(query)) {
+        const double weight = weights.weight(term, weights.unseen);
+        total += weight;
+        if (const auto id = m_termIDs.find(term); id != m_termIDs.end() && m_frequencies[id->second] > 0)
+            heldTerms.emplace_back(id->second, weight);
+    }
 
     struct Scored {
         double score;
@@ -135,7 +157,11 @@ std::vector<SearchHit> SemanticIndex::searchLocked(std::string_view query, int l
                 scored.push_back({score, &entry, m_embedding->match()});
             continue;
         }
-        const double score = LexicalRanking::score(queryTerms, entry.terms, &weights, weights.unseen);
+        double matched = 0.0;
+        for (const auto& [id, weight] : heldTerms)
+            if (std::binary_search(entry.terms.begin(), entry.terms.end(), id))
+                matched += weight;
+        const double score = total > 0.0 ? matched / total : 0.0;
         if (score > 0.0)
             scored.push_back({score, &entry, SearchHit::Match::lexical});
     }
@@ -166,9 +192,10 @@ CorrectedSearch SemanticIndex::correctedSearch(std::string_view query, int limit
         return {std::move(hits), {}};
 
     QueryExpansion expansion;
-    expansion.vocabulary.reserve(m_frequencies.size());
-    for (const auto& [term, count] : m_frequencies)
-        expansion.vocabulary.insert(term);
+    expansion.vocabulary.reserve(m_termTexts.size());
+    for (std::size_t id = 0; id < m_termTexts.size(); ++id)
+        if (m_frequencies[id] > 0)
+            expansion.vocabulary.insert(m_termTexts[id]);
     expansion.minimumRatio = 0.82;
     auto [terms, corrections] = expansion.expand(query);
     if (corrections.empty())

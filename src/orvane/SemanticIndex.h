@@ -4,6 +4,7 @@
 #include "orvane/IndexedDocument.h"
 #include "orvane/InverseDocumentFrequency.h"
 #include "orvane/SearchHit.h"
+#include "orvane/StringLookup.h"
 #include "orvane/TextEmbedding.h"
 
 #include <cstddef>
@@ -14,7 +15,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace orvane {
@@ -53,7 +53,8 @@ public:
 
 private:
     std::vector<SearchHit> searchLocked(std::string_view query, int limit);
-    void countTerms(const std::unordered_set<std::string>& terms, int delta);
+    std::vector<std::uint32_t> termIDs(std::string_view text);
+    void countTerms(const std::vector<std::uint32_t>& terms, int delta);
     const InverseDocumentFrequency& weighting();
 
     /// One indexed document with everything derived from it. Keeping them together (rather than in maps keyed by
@@ -62,8 +63,9 @@ private:
         IndexedDocument document;
         /// A hash of the embedding text, to skip re-tokenising and re-embedding unchanged documents.
         std::uint64_t signature = 0;
-        /// The document's lexical terms.
-        std::unordered_set<std::string> terms;
+        /// The document's lexical terms, as sorted ids into `m_termTexts`: a search tests membership by binary
+        /// search over a few hundred contiguous integers instead of probing one hash table per document.
+        std::vector<std::uint32_t> terms;
         /// The document's embedding, when there is one.
         std::optional<std::vector<double>> vector;
     };
@@ -74,8 +76,11 @@ private:
     std::vector<Entry> m_documents;
     /// Where each id sits in `m_documents`.
     std::unordered_map<std::string, std::size_t> m_positions;
-    /// In how many documents each term occurs.
-    std::unordered_map<std::string, int> m_frequencies;
+    /// Every term ever seen gets a stable id; ids are never reused, so entries never need renumbering.
+    StringMap<std::uint32_t> m_termIDs;
+    std::vector<std::string> m_termTexts;
+    /// In how many documents each term occurs, by term id. A term with 0 is not part of the vocabulary.
+    std::vector<int> m_frequencies;
     /// Weights derived from `m_frequencies`; cleared when the documents change, rebuilt on demand.
     std::optional<InverseDocumentFrequency> m_cachedWeighting;
     double m_minimumScore;
