@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cctype>
 #include <memory>
-#include <regex>
 
 namespace quillon::intelligence {
 
@@ -56,11 +55,15 @@ namespace {
 
 /// Boundaries of user-perceived characters in `text`.
 std::vector<int32_t> characterBoundaries(const icu::UnicodeString& text) {
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::BreakIterator> characters(
-        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    // Creating an iterator costs far more than using one; keep one per thread.
+    thread_local std::unique_ptr<icu::BreakIterator> characters = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::BreakIterator> iterator(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        return U_SUCCESS(status) ? std::move(iterator) : nullptr;
+    }();
     std::vector<int32_t> boundaries;
-    if (U_FAILURE(status)) {
+    if (!characters) {
         for (int32_t i = 0; i <= text.length(); ++i)
             boundaries.push_back(i);
         return boundaries;
@@ -96,47 +99,104 @@ std::string shortened(std::string_view text, std::size_t limit) {
     return trimmed(result) + "…";
 }
 
+namespace {
+
+bool isLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// The words (letter runs) just before `end`, nearest last, at most `count`, each separated by
+/// blanks only; a trailing full stop after the last word ("Rom.") is allowed.
+std::vector<std::string_view> wordsBefore(std::string_view text, std::size_t end, std::size_t count) {
+    std::vector<std::string_view> words;
+    std::size_t at = end;
+    while (words.size() < count) {
+        std::size_t blanks = at;
+        while (blanks > 0 && (text[blanks - 1] == ' ' || text[blanks - 1] == '\t'))
+            --blanks;
+        if (blanks == at && !words.empty())
+            break;
+        if (words.empty() && blanks > 0 && text[blanks - 1] == '.')
+            --blanks;
+        std::size_t wordEnd = blanks;
+        std::size_t wordStart = wordEnd;
+        while (wordStart > 0 && isLetter(text[wordStart - 1]))
+            --wordStart;
+        if (wordStart == wordEnd) {
+            // A book number ("1 Cor") is a one-digit word of its own.
+            if (!words.empty() && wordEnd > 0 && text[wordEnd - 1] >= '1' && text[wordEnd - 1] <= '3' &&
+                (wordEnd == 1 || !isDigit(text[wordEnd - 2])) && (wordEnd == 1 || !isLetter(text[wordEnd - 2])))
+                words.push_back(text.substr(wordEnd - 1, 1));
+            break;
+        }
+        if (wordStart > 0 && isDigit(text[wordStart - 1]))
+            break;
+        words.push_back(text.substr(wordStart, wordEnd - wordStart));
+        at = wordStart;
+    }
+    return words;
+}
+
+} // namespace
+
 std::vector<scripture::ScriptureReference> referencesIn(std::string_view text) {
-    // A book name of up to three words (with an optional leading number), then a chapter and
-    // optionally ":verse" or ":verse-verse".
-    static const std::regex pattern(
-        R"(((?:[1-3]\s*)?[A-Za-z]+(?:\s+(?:of\s+)?[A-Za-z]+)?)\.?\s+(\d{1,3})(?:\s*:\s*(\d{1,3})(?:\s*[-–]\s*(\d{1,3}))?)?)");
+    // Found by their numbers: each run of digits preceded by a word is a possible chapter, with an
+    // optional ":verse" or ":verse-verse" after it; the words before it are tried as a book name,
+    // longest first ("Song of Solomon", "of Solomon", "Solomon").
     std::vector<scripture::ScriptureReference> found;
-    std::string subject(text);
-    auto from = subject.cbegin();
-    std::smatch match;
-    while (std::regex_search(from, subject.cend(), match, pattern)) {
-        bool hasVerse = match[3].matched;
-        std::string tail = " " + match[2].str();
-        if (hasVerse)
-            tail += ":" + match[3].str() + (match[4].matched ? "-" + match[4].str() : "");
-        // Try the longest name first: "Song of Solomon 2", then "Solomon 2".
-        std::string name = match[1].str();
-        std::vector<std::string> candidates = {name};
-        std::size_t space = name.find_last_of(" \t");
-        if (space != std::string::npos)
-            candidates.push_back(name.substr(space + 1));
-        bool recognised = false;
-        for (const std::string& candidate : candidates) {
-            std::size_t letter = candidate.find_first_not_of("123 \t");
-            if (letter == std::string::npos || candidate.size() - letter < 2)
-                continue;
-            if (!hasVerse && !std::isupper(static_cast<unsigned char>(candidate[letter])))
-                continue;
-            if (std::optional<scripture::ScriptureReference> reference = scripture::parse(candidate + tail)) {
-                found.push_back(std::move(*reference));
-                recognised = true;
-                break;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        if (!isDigit(text[at]) ||
+            (at > 0 && (isDigit(text[at - 1]) || isLetter(text[at - 1]) || text[at - 1] == ':'))) {
+            ++at;
+            continue;
+        }
+        std::size_t chapterEnd = at;
+        while (chapterEnd < text.size() && isDigit(text[chapterEnd]))
+            ++chapterEnd;
+        std::size_t end = chapterEnd;
+        bool hasVerse = false;
+        if (end + 1 < text.size() && text[end] == ':' && isDigit(text[end + 1])) {
+            hasVerse = true;
+            end += 1;
+            while (end < text.size() && isDigit(text[end]))
+                ++end;
+            std::size_t dash = end;
+            if (dash < text.size() && text[dash] == '-')
+                dash += 1;
+            else if (text.substr(dash, 3) == "\u2013")
+                dash += 3;
+            if (dash > end && dash < text.size() && isDigit(text[dash])) {
+                end = dash;
+                while (end < text.size() && isDigit(text[end]))
+                    ++end;
             }
         }
-        if (recognised) {
-            from = match[0].second;
-        } else {
-            // Not a reference: move past its first word only, since a reference may begin inside
-            // the match ("and 1 Cor 13:4").
-            auto next = std::find_if(match[0].first, match[0].second, [](char c) { return c == ' ' || c == '\t'; });
-            from = next == match[0].second ? match[0].second : next + 1;
+        if (chapterEnd - at > 3 || (end < text.size() && (isLetter(text[end]) || isDigit(text[end])))) {
+            at = end;
+            continue;
         }
+        std::vector<std::string_view> words = wordsBefore(text, at, 4);
+        std::string tail = " " + std::string(text.substr(at, end - at));
+        bool recognised = false;
+        for (std::size_t take = words.size(); take >= 1 && !recognised; --take) {
+            std::string name;
+            for (std::size_t i = take; i-- > 0;)
+                name += std::string(words[i]) + (i ? " " : "");
+            std::size_t letter = name.find_first_not_of("123 ");
+            if (letter == std::string::npos || name.size() - letter < 2)
+                continue;
+            if (!hasVerse && !std::isupper(static_cast<unsigned char>(name[letter])))
+                continue;
+            if (std::optional<scripture::ScriptureReference> reference = scripture::parse(name + tail)) {
+                found.push_back(std::move(*reference));
+                recognised = true;
+            }
+        }
+        at = end;
     }
     return found;
 }

@@ -2,7 +2,8 @@
 
 #include "orvane/NumberedChoice.h"
 
-#include <regex>
+#include <cctype>
+#include <optional>
 
 namespace quillon::preach {
 
@@ -17,6 +18,32 @@ std::vector<std::size_t> offeredPositions(const std::vector<PreachTimeEstimate::
         if (sections[position].section.delivery != Delivery::scripture)
             positions.push_back(position);
     return positions;
+}
+
+/// Reads "<number>: prose" or "<number>: list" (also with "." or ")" after the number), ignoring
+/// case, blanks and whatever follows the label.
+std::optional<std::pair<std::size_t, Delivery>> readLabel(const std::string& line) {
+    std::size_t at = line.find_first_not_of(" \t\r");
+    if (at == std::string::npos)
+        return std::nullopt;
+    std::size_t digitsEnd = line.find_first_not_of("0123456789", at);
+    if (digitsEnd == at || digitsEnd - at > 6 || digitsEnd == std::string::npos)
+        return std::nullopt;
+    std::size_t number = std::stoul(line.substr(at, digitsEnd - at));
+    at = line.find_first_not_of(" \t", digitsEnd);
+    if (at == std::string::npos || (line[at] != ':' && line[at] != '.' && line[at] != ')'))
+        return std::nullopt;
+    at = line.find_first_not_of(" \t", at + 1);
+    if (at == std::string::npos)
+        return std::nullopt;
+    std::string word;
+    while (at < line.size() && std::isalpha(static_cast<unsigned char>(line[at])))
+        word += static_cast<char>(std::tolower(static_cast<unsigned char>(line[at++])));
+    if (word == "prose")
+        return std::make_pair(number, Delivery::prose);
+    if (word == "list")
+        return std::make_pair(number, Delivery::list);
+    return std::nullopt;
 }
 
 } // namespace
@@ -46,7 +73,6 @@ std::string PreachTimeCategoriser::prompt(const std::vector<PreachTimeEstimate::
 
 std::vector<Delivery> PreachTimeCategoriser::parseReply(const std::string& reply,
                                                         const std::vector<PreachTimeEstimate::SectionText>& sections) {
-    static const std::regex line(R"(^\s*(\d{1,6})\s*[:.)]\s*(prose|list)\b.*$)", std::regex::icase);
     std::vector<std::size_t> positions = offeredPositions(sections);
     std::vector<Delivery> deliveries;
     for (const auto& part : sections)
@@ -57,14 +83,10 @@ std::vector<Delivery> PreachTimeCategoriser::parseReply(const std::string& reply
         std::size_t end = reply.find('\n', start);
         std::string text = reply.substr(start, end == std::string::npos ? std::string::npos : end - start);
         start = end == std::string::npos ? reply.size() : end + 1;
-        std::smatch match;
-        if (!std::regex_match(text, match, line))
+        std::optional<std::pair<std::size_t, Delivery>> label = readLabel(text);
+        if (!label || label->first >= positions.size())
             continue;
-        std::size_t number = std::stoul(match[1].str());
-        if (number >= positions.size())
-            continue;
-        char first = static_cast<char>(std::tolower(static_cast<unsigned char>(match[2].str()[0])));
-        deliveries[positions[number]] = first == 'l' ? Delivery::list : Delivery::prose;
+        deliveries[positions[label->first]] = label->second;
         anyRead = true;
     }
     if (!anyRead)

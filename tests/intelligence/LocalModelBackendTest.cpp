@@ -1,4 +1,5 @@
 #include "intelligence/LocalModelBackend.h"
+#include "intelligence/LocalModelEmbedding.h"
 #include "intelligence/SharedRouter.h"
 #include "platform/Preferences.h"
 #include "support/StubModelServer.h"
@@ -172,6 +173,22 @@ TEST(LocalModelBackend, embedsTextsInOrder) {
     EXPECT_TRUE(backend.embed({}).empty());
     server.setEmbeddingsBehaviour(Behaviour::statusCode(200, R"({"data":[{"embedding":["x"]}]})"));
     EXPECT_THROW(backend.embed({"grace"}), IntelligenceError);
+}
+
+TEST(LocalModelEmbedding, vectorsComeFromTheServerAndFailuresHaveNone) {
+    StubModelServer server;
+    platform::Preferences preferences = platform::Preferences::inMemory();
+    preferences.set("Quillon.intelligence.endpoint", server.endpoint());
+    EXPECT_EQ(LocalModelEmbedding::fromPreferences(preferences), nullptr);
+    preferences.set("Quillon.intelligence.embeddings", true);
+    auto embedding = LocalModelEmbedding::fromPreferences(preferences);
+    ASSERT_NE(embedding, nullptr);
+    std::vector<float> expected = StubModelServer::stubEmbedding("grace");
+    EXPECT_EQ(embedding->vector("grace"), std::vector<double>(expected.begin(), expected.end()));
+    server.setEmbeddingsBehaviour(Behaviour::dropConnection());
+    EXPECT_EQ(embedding->vector("grace"), std::nullopt);
+    preferences.set("Quillon.intelligenceDisabled", true);
+    EXPECT_EQ(LocalModelEmbedding::fromPreferences(preferences), nullptr);
 }
 
 TEST(SharedRouter, operatorSwitchIsReadAtEverySelection) {

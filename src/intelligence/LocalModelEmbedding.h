@@ -1,0 +1,27 @@
+#pragma once
+
+#include "intelligence/LocalModelBackend.h"
+#include "orvane/TextEmbedding.h"
+
+#include <memory>
+
+namespace quillon::intelligence {
+
+/// The local model server's embeddings route as a semantic index's embedding. A text the server
+/// cannot embed (not running, failing) has no vector, so the index degrades to lexical ranking.
+class LocalModelEmbedding final : public orvane::TextEmbedding {
+public:
+    explicit LocalModelEmbedding(std::shared_ptr<LocalModelBackend> backend) : m_backend(std::move(backend)) {}
+
+    /// The embedding the preferences ask for: one over the configured server when
+    /// "Quillon.intelligence.embeddings" is on and intelligence is not switched off; else none.
+    static std::shared_ptr<LocalModelEmbedding> fromPreferences(const platform::Preferences& preferences);
+
+    orvane::SearchHit::Match match() const override { return orvane::SearchHit::Match::contextual; }
+    std::optional<std::vector<double>> vector(std::string_view text) const override;
+
+private:
+    std::shared_ptr<LocalModelBackend> m_backend;
+};
+
+} // namespace quillon::intelligence
