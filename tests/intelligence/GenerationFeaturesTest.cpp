@@ -1,5 +1,6 @@
 #include "intelligence/FeatureText.h"
 #include "intelligence/HighlightSuggester.h"
+#include "intelligence/RewriteForTheRoom.h"
 #include "intelligence/SectionQuestions.h"
 #include "intelligence/SermonArticleGenerator.h"
 #include "intelligence/SermonTagSuggester.h"
@@ -175,6 +176,55 @@ TEST(SermonArticleGenerator, rejectsScriptureOutsideTheSermon) {
     EXPECT_TRUE(fallback.starts_with("Grace holds us when we cannot hold on."));
     EXPECT_NE(fallback.find("God is at work. Even in loss"), std::string::npos);
     EXPECT_NE(fallback.find("(See Romans 8:28-30.)"), std::string::npos);
+}
+
+TEST(RewriteForTheRoom, acceptsOnlyRewritesVerifiedAgainstTheOriginal) {
+    const std::string original = "In Romans 8:28 Paul promises that God works all things together for good. Twelve "
+                                 "disciples once doubted this in Galilee, and so do we.";
+    struct Case {
+        const char* name;
+        std::string reply;
+        bool accepted;
+    };
+    const Case cases[] = {
+        {"plainer words",
+         "Paul promises in Romans 8:28 that God works all things for good. Twelve disciples in "
+         "Galilee once doubted it. So do we.",
+         true},
+        {"a new scripture reference",
+         "Paul promises in Romans 8:28 and John 3:16 that God works all things for good. "
+         "Twelve disciples in Galilee doubted.",
+         false},
+        {"a new proper name",
+         "Paul promises in Romans 8:28 that God works all things for good. Twelve disciples and "
+         "Peter in Galilee doubted it.",
+         false},
+        {"a new number",
+         "Paul promises in Romans 8:28 that God works all things for good. In 1990 twelve disciples "
+         "in Galilee doubted.",
+         false},
+        {"far too short", "God works for good.", false},
+        {"far too long", original + " " + original, false},
+        {"empty", "  ", false},
+    };
+    for (const Case& test : cases) {
+        if (test.accepted) {
+            EXPECT_EQ(RewriteForTheRoom::verified(original, test.reply).text, test.reply) << test.name;
+        } else {
+            EXPECT_THROW(RewriteForTheRoom::verified(original, test.reply), IntelligenceError) << test.name;
+        }
+    }
+    EXPECT_EQ(RewriteForTheRoom::instructions(RoomProfile::smallGroup).substr(0, 40),
+              "Rewrite this for a small group sitting c");
+    EXPECT_NE(RewriteForTheRoom::instructions(RoomProfile::liveStream).find("direct sentences. Keep every fact"),
+              std::string::npos);
+    EXPECT_EQ(RewriteForTheRoom::caption(RoomProfile::youthAndFamily, 6.04),
+              "Rewritten by a model for Youth & Family. Reading grade 6.0");
+    // Flesch–Kincaid: "The cat sat on the mat." is 6 words, 6 syllables, 1 sentence.
+    EXPECT_NEAR(RewriteForTheRoom::readingGrade("The cat sat on the mat."), 0.39 * 6 + 11.8 - 15.59, 1e-9);
+    EXPECT_EQ(RewriteForTheRoom().fallback({original, RoomProfile::liveStream}).text, original);
+    EXPECT_EQ(roomProfileFromRawValue("largeSanctuary"), RoomProfile::largeSanctuary);
+    EXPECT_EQ(roomProfileFromRawValue("attic"), std::nullopt);
 }
 
 TEST(GenerationFeatures, runThroughTheLocalServerEndToEnd) {
