@@ -25,9 +25,55 @@ inline bool isWordCharacter(char c) {
     return isWordLetter(c) || isDigit(c) || c == '_';
 }
 
-/// ICU's word rules restricted to ASCII: letters, "@", digits and "_" join each other; "." and "'" join two
-/// letters or two digits; "," and ";" join two digits. A test compares this against ICU on generated text, so any
-/// drift between the two shows up there.
+/// The typographic marks that plain English text often carries (curly quotes, dashes, ellipsis, pilcrow).
+/// Text whose only non-ASCII characters are these still takes the fast paths: none of them is a letter, a digit
+/// or a combining mark, so each is one character and separates letter runs.
+/// Returns the mark's length in bytes at `i`, or 0.
+inline std::size_t typographicMarkLength(std::string_view text, std::size_t i) {
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
+    if (byte(i) == 0xC2 && i + 1 < text.size() && byte(i + 1) == 0xB6) // pilcrow
+        return 2;
+    if (byte(i) == 0xE2 && i + 2 < text.size() && byte(i + 1) == 0x80) {
+        switch (byte(i + 2)) {
+        case 0x93: // en dash
+        case 0x94: // em dash
+        case 0x98: // left single quotation mark
+        case 0x99: // right single quotation mark, the typographic apostrophe
+        case 0x9C: // left double quotation mark
+        case 0x9D: // right double quotation mark
+        case 0xA6: // horizontal ellipsis
+            return 3;
+        default:
+            return 0;
+        }
+    }
+    return 0;
+}
+
+/// Whether a single quotation mark (U+2018 or U+2019) starts at `i`; ICU joins letters across them like "'".
+inline bool isCurlyApostrophe(std::string_view text, std::size_t i) {
+    return typographicMarkLength(text, i) == 3 &&
+           (static_cast<unsigned char>(text[i + 2]) == 0x98 || static_cast<unsigned char>(text[i + 2]) == 0x99);
+}
+
+/// Plain ASCII, or ASCII with typographic marks only.
+inline bool isSimple(std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        if (static_cast<unsigned char>(text[i]) < 0x80) {
+            ++i;
+            continue;
+        }
+        const std::size_t mark = typographicMarkLength(text, i);
+        if (mark == 0)
+            return false;
+        i += mark;
+    }
+    return true;
+}
+
+/// ICU's word rules restricted to simple text: letters, "@", digits and "_" join each other; "." and the
+/// apostrophes join two letters or two digits; "," and ";" join two digits; typographic marks break. A test
+/// compares this against ICU on generated text, so any drift between the two shows up there.
 template <typename Visit>
 void forEachWord(std::string_view text, Visit&& visit) {
     const std::size_t n = text.size();
@@ -44,14 +90,16 @@ void forEachWord(std::string_view text, Visit&& visit) {
                 ++i;
                 continue;
             }
-            if (i + 1 < n) {
+            const bool curly = isCurlyApostrophe(text, i);
+            const std::size_t midLength = curly ? 3 : 1;
+            if (i + midLength < n) {
                 const char before = text[i - 1];
-                const char after = text[i + 1];
-                const bool betweenLetters = (c == '.' || c == '\'') && isWordLetter(before) && isWordLetter(after);
-                const bool betweenDigits =
-                    (c == '.' || c == '\'' || c == ',' || c == ';') && isDigit(before) && isDigit(after);
-                if (betweenLetters || betweenDigits) {
-                    i += 2;
+                const char after = text[i + midLength];
+                const bool joinsLetters = c == '.' || c == '\'' || curly;
+                const bool joinsDigits = joinsLetters || c == ',' || c == ';';
+                if ((joinsLetters && isWordLetter(before) && isWordLetter(after)) ||
+                    (joinsDigits && isDigit(before) && isDigit(after))) {
+                    i += midLength + 1;
                     continue;
                 }
             }

@@ -50,17 +50,29 @@ bool isAllDigits(std::string_view token, bool ascii) {
     return true;
 }
 
-// Applies the token rules to one plain ASCII word. It decides on the original bytes and writes the lowercase
-// token only for a word that is kept.
-template <typename Visit>
-void acceptAsciiWord(std::string_view word, std::string& token, std::size_t minimumLength, const WordTable* stops,
-                     Visit&& visit) {
-    std::size_t length = word.size();
-    if (length >= 3 && word[length - 2] == '\'' && ascii::lower(word[length - 1]) == 's')
-        length -= 2;
-    if (length == 0)
+// Applies the token rules to one word of plain ASCII, perhaps with curly apostrophes (the only typographic marks
+// a word can hold). It decides on the original bytes and writes the lowercase token only for a word that is kept.
+template <bool pureAscii, typename Visit>
+void acceptSimpleWord(std::string_view word, std::string& token, std::size_t minimumLength, const WordTable* stops,
+                      Visit&& visit) {
+    std::size_t bytes = word.size();
+    std::size_t length = bytes;
+    if (!pureAscii)
+        for (char c : word)
+            if (static_cast<unsigned char>(c) == 0xE2)
+                length -= 2;
+    if (length >= 3 && ascii::lower(word[bytes - 1]) == 's') {
+        if (word[bytes - 2] == '\'') {
+            bytes -= 2;
+            length -= 2;
+        } else if (!pureAscii && bytes >= 4 && word.substr(bytes - 4, 3) == "\u2019") {
+            bytes -= 4;
+            length -= 2;
+        }
+    }
+    if (bytes == 0)
         return;
-    word = word.substr(0, length);
+    word = word.substr(0, bytes);
     // Numbers are never too short and never stop words: "1 Cor 13" keeps its "1".
     if (!isAllDigits(word, true)) {
         if (length < minimumLength)
@@ -68,8 +80,8 @@ void acceptAsciiWord(std::string_view word, std::string& token, std::size_t mini
         if (stops != nullptr && stops->containsLowercased(word))
             return;
     }
-    token.resize(length);
-    for (std::size_t i = 0; i < length; ++i)
+    token.resize(bytes);
+    for (std::size_t i = 0; i < bytes; ++i)
         token[i] = ascii::lower(word[i]);
     visit(std::string_view(token));
 }
@@ -78,8 +90,8 @@ void acceptAsciiWord(std::string_view word, std::string& token, std::size_t mini
 template <typename Visit>
 void acceptWord(std::string_view word, std::string& token, std::size_t minimumLength, const WordTable* stops,
                 Visit&& visit) {
-    if (UnicodeText::isAscii(word)) {
-        acceptAsciiWord(word, token, minimumLength, stops, visit);
+    if (ascii::isSimple(word)) {
+        acceptSimpleWord<false>(word, token, minimumLength, stops, visit);
         return;
     }
     token = UnicodeText::folded(word);
@@ -110,8 +122,11 @@ void forEachTokenOf(std::string_view text, std::size_t minimumLength, bool remov
     const WordTable* stops = removingStopWords ? &stopTable() : nullptr;
     std::string token;
     if (UnicodeText::isAscii(text))
-        ascii::forEachWord(text,
-                           [&](std::string_view word) { acceptAsciiWord(word, token, minimumLength, stops, visit); });
+        ascii::forEachWord(
+            text, [&](std::string_view word) { acceptSimpleWord<true>(word, token, minimumLength, stops, visit); });
+    else if (ascii::isSimple(text))
+        ascii::forEachWord(
+            text, [&](std::string_view word) { acceptSimpleWord<false>(word, token, minimumLength, stops, visit); });
     else
         UnicodeText::forEachWord(text,
                                  [&](std::string_view word) { acceptWord(word, token, minimumLength, stops, visit); });

@@ -242,7 +242,8 @@ std::vector<std::string> ScriptureStemmer::terms(std::string_view text) {
     };
 
     std::string run;
-    if (UnicodeText::isAscii(text)) {
+    // Typographic marks in otherwise plain text are no letters, so they simply end a run here.
+    if (UnicodeText::isAscii(text) || ascii::isSimple(text)) {
         std::size_t i = 0;
         while (i < text.size()) {
             if (!isLetter(text[i])) {

@@ -135,6 +135,10 @@ icu::UnicodeString fromUtf8(std::string_view text) {
         icu::StringPiece(boundedForIcu(text).data(), static_cast<int32_t>(boundedForIcu(text).size())));
 }
 
+bool isSimple(std::string_view text) {
+    return UnicodeText::isAscii(text) || ascii::isSimple(text);
+}
+
 } // namespace
 
 bool UnicodeText::isAscii(std::string_view text) noexcept {
@@ -176,7 +180,7 @@ std::string UnicodeText::repaired(std::string_view text) {
 }
 
 void UnicodeText::forEachWord(std::string_view text, const std::function<void(std::string_view)>& visit) {
-    if (isAscii(text)) {
+    if (isSimple(text)) {
         ascii::forEachWord(text, visit);
         return;
     }
@@ -190,7 +194,7 @@ void UnicodeText::forEachWord(std::string_view text, const std::function<void(st
         if (end == std::string_view::npos)
             end = all.size();
         const std::string_view chunk = all.substr(position, end - position);
-        if (isAscii(chunk)) {
+        if (isSimple(chunk)) {
             ascii::forEachWord(chunk, visit);
         } else {
             forEachSegment(BreakKind::word, chunk, [&](std::size_t from, std::size_t to, int32_t status) {
@@ -218,16 +222,17 @@ std::vector<std::string> UnicodeText::sentences(std::string_view text) {
 
 std::vector<std::string> UnicodeText::characters(std::string_view text) {
     std::vector<std::string> result;
-    if (isAscii(text)) {
+    if (isSimple(text)) {
         result.reserve(text.size());
-        for (std::size_t i = 0; i < text.size(); ++i) {
+        for (std::size_t i = 0; i < text.size();) {
+            std::size_t length = 1;
             // CR LF is one user-perceived character.
-            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n') {
-                result.emplace_back("\r\n");
-                ++i;
-            } else {
-                result.emplace_back(1, text[i]);
-            }
+            if (text[i] == '\r' && i + 1 < text.size() && text[i + 1] == '\n')
+                length = 2;
+            else if (static_cast<unsigned char>(text[i]) >= 0x80)
+                length = ascii::typographicMarkLength(text, i);
+            result.emplace_back(text.substr(i, length));
+            i += length;
         }
         return result;
     }
@@ -238,11 +243,13 @@ std::vector<std::string> UnicodeText::characters(std::string_view text) {
 }
 
 std::size_t UnicodeText::characterCount(std::string_view text) {
-    if (isAscii(text)) {
+    if (isSimple(text)) {
         std::size_t count = text.size();
-        for (std::size_t i = 0; i + 1 < text.size(); ++i)
-            if (text[i] == '\r' && text[i + 1] == '\n')
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const auto byte = static_cast<unsigned char>(text[i]);
+            if ((byte & 0xC0) == 0x80 || (byte == '\r' && i + 1 < text.size() && text[i + 1] == '\n'))
                 --count;
+        }
         return count;
     }
     const std::string valid = repaired(text);
@@ -252,7 +259,8 @@ std::size_t UnicodeText::characterCount(std::string_view text) {
 }
 
 std::string UnicodeText::folded(std::string_view text) {
-    if (isAscii(text)) {
+    // Typographic marks have no case and no accents, so simple text only needs its ASCII letters lowered.
+    if (isSimple(text)) {
         std::string result(text);
         for (char& c : result)
             c = asciiLower(c);
@@ -278,7 +286,7 @@ std::string UnicodeText::folded(std::string_view text) {
 }
 
 std::string UnicodeText::lowercased(std::string_view text) {
-    if (isAscii(text)) {
+    if (isSimple(text)) {
         std::string result(text);
         for (char& c : result)
             c = asciiLower(c);

@@ -19,6 +19,8 @@ TEST(LexicalTokenizer, tokensFollowTheFoldingLengthAndStopWordRules) {
         {"1 Cor 13 and I", 2, true, {"1", "cor", "13"}},
         {"1 Cor 13 and I", 1, false, {"1", "cor", "13", "and", "i"}},
         {"Paul\u2019s letter, Paul's joy", 2, true, {"paul", "letter", "paul", "joy"}},
+        {"\u201cThe LORD\u2019S day\u201d \u2014 can\u2019t \u00b6 it\u2019s", 2, true, {"lord", "day", "can\u2019t"}},
+        {"\u2018Tis 3\u201916 x\u2019s", 1, false, {"tis", "3\u201916", "x"}},
         {"\u00c9ph\u00e8se Ephese", 2, true, {"ephese", "ephese"}},
         // Contractions stay whole and are found in the stop list.
         {"I can't, you won't; we'll pray.", 2, true, {"pray"}},

@@ -36,17 +36,40 @@ Strings icuWords(const std::string& text) {
     return words;
 }
 
-TEST(UnicodeText, asciiWordsMatchIcuSegmentation) {
-    // Every character class that takes part in ASCII word rules, weighted towards letters and digits.
-    const std::string alphabet = "abcXYZ0129__..'',,;;@@  \t\n\r\x0b\x0c\x01\x7f!\"#$%&()*+-/:<=>?[\\]^`{|}~";
+int icuCharacterCount(const std::string& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> iterator(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    UText utext = UTEXT_INITIALIZER;
+    utext_openUTF8(&utext, text.data(), static_cast<int64_t>(text.size()), &status);
+    iterator->setText(&utext, status);
+    int count = 0;
+    iterator->first();
+    while (iterator->next() != icu::BreakIterator::DONE)
+        ++count;
+    iterator.reset();
+    utext_close(&utext);
+    return count;
+}
+
+TEST(UnicodeText, plainTextWordsMatchIcuSegmentation) {
+    // Every character class that takes part in the word rules of plain text, weighted towards letters and
+    // digits, plus the typographic marks the fast path also handles and one character it leaves to ICU.
+    std::vector<std::string> pieces;
+    for (char c : std::string_view("abcXYZ0129__..'',,;;@@  \t\n\r\x0b\x0c\x01\x7f!\"#$%&()*+-/:<=>?[\\]^`{|}~"))
+        pieces.emplace_back(1, c);
+    for (const char* mark :
+         {"\u2019", "\u2019", "\u2018", "\u201c", "\u201d", "\u2013", "\u2014", "\u2026", "\u00b6", "\u00e9"})
+        pieces.emplace_back(mark);
     std::mt19937 random(20261122);
-    std::uniform_int_distribution<std::size_t> pick(0, alphabet.size() - 1);
+    std::uniform_int_distribution<std::size_t> pick(0, pieces.size() - 1);
     std::uniform_int_distribution<std::size_t> length(0, 24);
     for (int round = 0; round < 20000; ++round) {
         std::string text;
         for (std::size_t n = length(random); n > 0; --n)
-            text.push_back(alphabet[pick(random)]);
+            text += pieces[pick(random)];
         ASSERT_EQ(UnicodeText::words(text), icuWords(text)) << '"' << text << '"';
+        ASSERT_EQ(UnicodeText::characterCount(text), static_cast<std::size_t>(icuCharacterCount(text))) << text;
     }
 }
 
