@@ -6,7 +6,7 @@
 
 namespace quillon::cli {
 
-/// The verse text the command-line exports and the self-test quote from.
+/// The verse text the command-line exports and the self-test quote from: the Bible library.
 std::unique_ptr<exports::VerseTextSource> exportVerseSource();
 
 } // namespace quillon::cli
