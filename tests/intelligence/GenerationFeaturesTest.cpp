@@ -1,3 +1,4 @@
+#include "intelligence/AlternativeOutlines.h"
 #include "intelligence/FeatureText.h"
 #include "intelligence/HighlightSuggester.h"
 #include "intelligence/RewriteForTheRoom.h"
@@ -225,6 +226,44 @@ TEST(RewriteForTheRoom, acceptsOnlyRewritesVerifiedAgainstTheOriginal) {
     EXPECT_EQ(RewriteForTheRoom().fallback({original, RoomProfile::liveStream}).text, original);
     EXPECT_EQ(roomProfileFromRawValue("largeSanctuary"), RoomProfile::largeSanctuary);
     EXPECT_EQ(roomProfileFromRawValue("attic"), std::nullopt);
+}
+
+TEST(AlternativeOutlines, mustNameTheApproachAndCoverEverySection) {
+    OutlinePassage passage{
+        "Psalms",
+        23,
+        {{1, "The LORD is my shepherd; I shall not want."}, {2, "He maketh me to lie down in green pastures."}}};
+    EXPECT_EQ(AlternativeOutlines::prompt(passage), "0. Psalms 23:1 — The LORD is my shepherd; I shall not want.\n1. "
+                                                    "Psalms 23:2 — He maketh me to lie down in green pastures.");
+    struct Case {
+        const char* name;
+        const char* reply;
+        const char* rejection;
+    };
+    const Case cases[] = {
+        {"good", "NAME: Need and provision\n0 || The need named\n1 || The rest given", nullptr},
+        {"lower-case key", "name: Need and provision\n1 || Rest\n0 || Need", nullptr},
+        {"no name", "0 || The need\n1 || The rest", "No outline name was given."},
+        {"empty name", "NAME:   \n0 || a\n1 || b", "The outline name was unusable."},
+        {"a section missing", "NAME: Shape\n0 || The need\n5 || Beyond", "The outline did not cover every section."},
+        {"a reference not given", "NAME: Shape\n0 || As in John 10:11\n1 || Rest",
+         "The outline did not cover every section."},
+    };
+    for (const Case& test : cases) {
+        try {
+            AlternativeOutline outline = AlternativeOutlines::outlineFrom(test.reply, passage);
+            EXPECT_EQ(test.rejection, nullptr) << test.name;
+            EXPECT_EQ(outline.points.size(), 2u) << test.name;
+        } catch (const IntelligenceError& error) {
+            ASSERT_NE(test.rejection, nullptr) << test.name;
+            EXPECT_EQ(error.text(), test.rejection) << test.name;
+        }
+    }
+    EXPECT_EQ(AlternativeOutlines::outlineFrom("name: Need\n1 || Rest\n0 || Need", passage).points,
+              (std::vector<std::string>{"Need", "Rest"}));
+    AlternativeOutline fallback = AlternativeOutlines().fallback(passage);
+    EXPECT_EQ(fallback.name, "Verse by verse");
+    EXPECT_EQ(fallback.points[0], "1. The LORD is my shepherd; I shall not want.");
 }
 
 TEST(GenerationFeatures, runThroughTheLocalServerEndToEnd) {
