@@ -3,6 +3,7 @@
 #include "intelligence/HighlightSuggester.h"
 #include "intelligence/RewriteForTheRoom.h"
 #include "intelligence/SectionQuestions.h"
+#include "intelligence/SeriesIdeaSuggester.h"
 #include "intelligence/SermonArticleGenerator.h"
 #include "intelligence/SermonTagSuggester.h"
 #include "intelligence/SermonTitleAndSummary.h"
@@ -264,6 +265,23 @@ TEST(AlternativeOutlines, mustNameTheApproachAndCoverEverySection) {
     AlternativeOutline fallback = AlternativeOutlines().fallback(passage);
     EXPECT_EQ(fallback.name, "Verse by verse");
     EXPECT_EQ(fallback.points[0], "1. The LORD is my shepherd; I shall not want.");
+}
+
+TEST(SeriesIdeaSuggester, proposesOnlyNeverPreachedBooks) {
+    std::vector<std::string> never = SeriesIdeaSuggester::booksNeverPreached({sampleSermon()});
+    EXPECT_EQ(never.size(), 65u);
+    EXPECT_EQ(std::find(never.begin(), never.end(), "Romans"), never.end());
+    EXPECT_EQ(never.front(), "Genesis");
+    std::vector<std::string> books = {"Ruth", "Jonah", "Philemon", "Jude"};
+    std::vector<SeriesIdea> ideas =
+        SeriesIdeaSuggester::ideasFrom("1 || Running From God: a prophet's flight.\n9 || Invented\n1 || again\n0 || "
+                                       "Kinsman\n3 || Contend\n2 || Too many",
+                                       books);
+    EXPECT_EQ(ideas, (std::vector<SeriesIdea>{{"Jonah", "Running From God", "a prophet's flight."},
+                                              {"Ruth", "Kinsman", ""},
+                                              {"Jude", "Contend", ""}}));
+    EXPECT_THROW(SeriesIdeaSuggester::ideasFrom("7 || nothing offered", books), IntelligenceError);
+    EXPECT_TRUE(SeriesIdeaSuggester().fallback(books).empty());
 }
 
 TEST(GenerationFeatures, runThroughTheLocalServerEndToEnd) {
