@@ -1,7 +1,6 @@
 #include "scripture/BibleLoader.h"
 
 #include "orvane/UnicodeText.h"
-#include "platform/AtomicFile.h"
 #include "scripture/ReferenceParser.h"
 #include "scripture/TopicTable.h"
 
@@ -10,7 +9,9 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdio>
 #include <cstring>
+#include <memory>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -137,6 +138,28 @@ std::optional<LineReference> lineReference(std::string_view text) {
     if (!chapter || !verse)
         return std::nullopt;
     return LineReference{text.substr(0, bookEnd), *chapter, *verse};
+}
+
+/// The whole file in one read; the stream-iterator copy of the shared helper is several times
+/// slower on a 4.5 MB Bible. Nothing when the file cannot be opened or read.
+std::optional<std::string> wholeFile(const std::filesystem::path& file) {
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(file.c_str(), "rb"), &std::fclose);
+    if (!stream)
+        return std::nullopt;
+    std::string bytes;
+    char buffer[1 << 16];
+    if (std::fseek(stream.get(), 0, SEEK_END) == 0) {
+        long size = std::ftell(stream.get());
+        if (size > 0)
+            bytes.reserve(static_cast<std::size_t>(size));
+        std::rewind(stream.get());
+    }
+    std::size_t read = 0;
+    while ((read = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0)
+        bytes.append(buffer, read);
+    if (std::ferror(stream.get()))
+        return std::nullopt;
+    return bytes;
 }
 
 std::shared_ptr<const VerseDictionary> emptyDictionary() {
@@ -285,14 +308,12 @@ std::shared_ptr<const VerseDictionary> BibleLoader::loadVerses(model::BibleVersi
     auto file = m_resourceBundle.fileFor(version);
     if (!file)
         return emptyDictionary();
-    std::string bytes;
-    try {
-        bytes = platform::readFile(*file);
-    } catch (const std::exception& error) {
-        spdlog::error("Failed to read the Bible text {}: {}", file->string(), error.what());
+    auto bytes = wholeFile(*file);
+    if (!bytes) {
+        spdlog::error("Failed to read the Bible text {}", file->string());
         return emptyDictionary();
     }
-    auto parsed = parseVerseFile(bytes);
+    auto parsed = parseVerseFile(*bytes);
     if (!parsed) {
         spdlog::error("The Bible text {} is not UTF-8 text", file->string());
         return emptyDictionary();

@@ -40,31 +40,32 @@ std::size_t characterCount(std::string_view word) {
 
 } // namespace
 
-void WordIndex::forEachNormalisedWord(std::string_view text, const std::function<void(std::string&&)>& visit) {
-    std::string word;
-    auto flush = [&] {
-        if (word.empty())
-            return;
-        std::string stem = orvane::ScriptureStemmer::stem(word);
-        word.clear();
-        if (characterCount(stem) >= 2)
-            visit(std::move(stem));
-    };
+namespace {
+
+/// Calls `visit` with each maximal run of letters and digits of `text`, lower-cased.
+template <typename Visit>
+void forEachLoweredWord(std::string_view text, std::string& word, Visit&& visit) {
+    word.clear();
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     const auto length = static_cast<std::int32_t>(std::min<std::size_t>(text.size(), INT32_MAX));
     for (std::int32_t i = 0; i < length;) {
         if (bytes[i] < 0x80) {
             char c = static_cast<char>(bytes[i++]);
-            if (isAsciiAlphanumeric(c))
+            if (isAsciiAlphanumeric(c)) {
                 word.push_back(asciiLower(c));
-            else
-                flush();
+            } else if (!word.empty()) {
+                visit(static_cast<const std::string&>(word));
+                word.clear();
+            }
             continue;
         }
         UChar32 point = 0;
         U8_NEXT(bytes, i, length, point);
         if (point < 0 || !u_isalnum(point)) {
-            flush();
+            if (!word.empty()) {
+                visit(static_cast<const std::string&>(word));
+                word.clear();
+            }
             continue;
         }
         char encoded[4];
@@ -74,7 +75,27 @@ void WordIndex::forEachNormalisedWord(std::string_view text, const std::function
         if (!failed)
             word.append(encoded, static_cast<std::size_t>(size));
     }
-    flush();
+    if (!word.empty())
+        visit(static_cast<const std::string&>(word));
+}
+
+/// The index form of one lowered word; empty when it is too short to index.
+std::string normalisedWord(std::string_view lowered) {
+    std::string stem = orvane::ScriptureStemmer::stem(lowered);
+    if (characterCount(stem) < 2)
+        stem.clear();
+    return stem;
+}
+
+} // namespace
+
+void WordIndex::forEachNormalisedWord(std::string_view text, const std::function<void(std::string&&)>& visit) {
+    std::string word;
+    forEachLoweredWord(text, word, [&](std::string_view lowered) {
+        std::string stem = normalisedWord(lowered);
+        if (!stem.empty())
+            visit(std::move(stem));
+    });
 }
 
 std::shared_ptr<const WordIndex> WordIndex::build(std::shared_ptr<const VerseDictionary> verses) {
@@ -84,18 +105,30 @@ std::shared_ptr<const WordIndex> WordIndex::build(std::shared_ptr<const VerseDic
     index->m_entries.reserve(index->m_verses->size());
     index->m_offsets.reserve(index->m_verses->size() + 1);
 
-    std::vector<std::string> seenInVerse;
+    // A Bible repeats some 13,000 distinct spellings about 800,000 times: stem each spelling once
+    // and remember which posting list it feeds (nullptr: too short to index).
+    // The standard string hash keeps each node's hash code, which this hot lookup needs.
+    std::unordered_map<std::string, std::vector<const VerseEntry*>*> postingsBySpelling;
+    postingsBySpelling.reserve(expectedWordCount * 2);
+    std::vector<std::vector<const VerseEntry*>*> seenInVerse;
+    std::string word;
     for (const VerseEntry& entry : *index->m_verses) {
         seenInVerse.clear();
-        forEachNormalisedWord(entry.second.text, [&](std::string&& word) {
+        forEachLoweredWord(entry.second.text, word, [&](const std::string& lowered) {
+            auto spelling = postingsBySpelling.find(lowered);
+            if (spelling == postingsBySpelling.end()) {
+                std::vector<const VerseEntry*>* postings = nullptr;
+                std::string stem = normalisedWord(lowered);
+                if (!stem.empty())
+                    postings = &index->m_words.try_emplace(std::move(stem)).first->second;
+                spelling = postingsBySpelling.emplace(lowered, postings).first;
+            }
+            std::vector<const VerseEntry*>* postings = spelling->second;
             // A verse holds a few dozen words at most, so a linear scan beats a hash set here.
-            if (std::find(seenInVerse.begin(), seenInVerse.end(), word) != seenInVerse.end())
+            if (!postings || std::find(seenInVerse.begin(), seenInVerse.end(), postings) != seenInVerse.end())
                 return;
-            auto found = index->m_words.find(std::string_view(word));
-            if (found == index->m_words.end())
-                found = index->m_words.emplace(word, std::vector<const VerseEntry*>{}).first;
-            found->second.push_back(&entry);
-            seenInVerse.push_back(std::move(word));
+            postings->push_back(&entry);
+            seenInVerse.push_back(postings);
         });
         index->m_offsets.push_back(static_cast<std::uint32_t>(index->m_loweredText.size()));
         index->m_entries.push_back(&entry);
