@@ -196,7 +196,12 @@ SermonSearchDisplayHit SermonSearchDisplayHit::make(const orvane::SearchHit& hit
     if (sermon.series && !sermon.series->empty())
         display.subtitle = *sermon.series + " · ";
     display.subtitle += formattedDate(sermon.date);
-    display.snippet = snippetText(SermonSearchIndex::document(sermon).text, {terms.begin(), terms.end()});
+    // The pieces are joined with line breaks, which end a sentence without adding the full stop the indexed text
+    // puts between them (a piece that ends in one would show "..").
+    std::string source;
+    for (const auto& piece : SermonSearchIndex::documentPieces(sermon))
+        source.append(source.empty() ? "" : "\n").append(piece);
+    display.snippet = snippetText(source, {terms.begin(), terms.end()});
     display.matchTier = countTerms(terms, sermon.title) > 0 ? MatchTier::title : MatchTier::text;
     display.score = hit.score;
     return display;

@@ -25,34 +25,41 @@ std::string printedScripture(const model::SermonScripture& scripture) {
     return printed;
 }
 
-void appendPiece(std::string& text, const std::string& piece) {
-    if (piece.empty())
-        return;
-    if (!text.empty())
-        text += ". ";
-    text += piece;
+void appendPiece(std::vector<std::string>& pieces, std::string piece) {
+    if (!piece.empty())
+        pieces.push_back(std::move(piece));
 }
 
 } // namespace
 
 SermonSearchIndex::SermonSearchIndex() : m_index(nullptr, sermonMinimumScore) {}
 
-orvane::IndexedDocument SermonSearchIndex::document(const model::SermonNote& sermon) {
-    std::string text;
-    appendPiece(text, sermon.notes);
+std::vector<std::string> SermonSearchIndex::documentPieces(const model::SermonNote& sermon) {
+    std::vector<std::string> pieces;
+    appendPiece(pieces, sermon.notes);
     for (const auto& topic : sermon.topics) {
-        appendPiece(text, topic.title);
-        appendPiece(text, topic.details);
+        appendPiece(pieces, topic.title);
+        appendPiece(pieces, topic.details);
         for (const auto& subTopic : topic.subTopics) {
-            appendPiece(text, subTopic.title);
-            appendPiece(text, subTopic.details);
+            appendPiece(pieces, subTopic.title);
+            appendPiece(pieces, subTopic.details);
             for (const auto& scripture : subTopic.scriptures)
-                appendPiece(text, printedScripture(scripture));
+                appendPiece(pieces, printedScripture(scripture));
         }
     }
     // Tags are indexed too: a preacher looking for "advent" expects the sermons tagged so.
     for (const auto& tag : sermon.tags)
-        appendPiece(text, tag);
+        appendPiece(pieces, tag);
+    return pieces;
+}
+
+orvane::IndexedDocument SermonSearchIndex::document(const model::SermonNote& sermon) {
+    std::string text;
+    for (const auto& piece : documentPieces(sermon)) {
+        if (!text.empty())
+            text += ". ";
+        text += piece;
+    }
     return {sermon.id.text(), sermon.title, std::move(text)};
 }
 

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 namespace quillon::search {
 
@@ -33,6 +34,8 @@ public:
     /// The sermon as one document: its notes, then each topic's title and details, each sub-topic's title, details
     /// and printed scriptures, then its tags; empty pieces dropped, ". " between the rest.
     static orvane::IndexedDocument document(const model::SermonNote& sermon);
+    /// The non-empty pieces of the document's text, in order, before they are joined.
+    static std::vector<std::string> documentPieces(const model::SermonNote& sermon);
     /// A running hash over every sermon's id and `modifiedAt`, in library order. Valid within this process only.
     static std::uint64_t fingerprint(std::span<const model::SermonNote> sermons);
 
