@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <random>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -78,21 +77,35 @@ void writeFileAtomically(const fs::path& target, std::string_view bytes, const B
 }
 
 std::string readFile(const fs::path& file) {
-    std::error_code error;
-    if (!fs::is_regular_file(file, error))
-        throw FileError("“" + file.filename().string() + "” is not a readable file.");
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
-        throw FileError("Could not open “" + file.filename().string() + "”: " + describeErrno(errno) + ".");
-    std::string bytes;
-    in.seekg(0, std::ios::end);
-    auto size = in.tellg();
-    if (size > 0)
-        bytes.reserve(static_cast<size_t>(size));
-    in.seekg(0, std::ios::beg);
-    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad())
-        throw FileError("Could not read “" + file.filename().string() + "”.");
+    const std::string name = file.filename().string();
+    int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        throw FileError("Could not open “" + name + "”: " + describeErrno(errno) + ".");
+    struct stat status {};
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+        ::close(fd);
+        throw FileError("“" + name + "” is not a readable file.");
+    }
+    // One read of the known size; the loop also copes with files that grow or shrink meanwhile.
+    std::string bytes(static_cast<size_t>(status.st_size), '\0');
+    size_t filled = 0;
+    for (;;) {
+        if (filled == bytes.size())
+            bytes.resize(bytes.size() + 65536);
+        ssize_t count = ::read(fd, bytes.data() + filled, bytes.size() - filled);
+        if (count < 0) {
+            if (errno == EINTR)
+                continue;
+            int error = errno;
+            ::close(fd);
+            throw FileError("Could not read “" + name + "”: " + describeErrno(error) + ".");
+        }
+        if (count == 0)
+            break;
+        filled += static_cast<size_t>(count);
+    }
+    ::close(fd);
+    bytes.resize(filled);
     return bytes;
 }
 
