@@ -1,0 +1,80 @@
+#include "mesh/MeshScriptureReference.h"
+
+#include <charconv>
+#include <regex>
+
+namespace quillon::mesh {
+
+namespace {
+
+std::optional<int> positiveNumber(const std::string& text) {
+    int value = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < 1)
+        return std::nullopt;
+    return value;
+}
+
+bool isValid(const MeshScriptureReference& reference) {
+    if (reference.book.empty() || reference.chapter < 1)
+        return false;
+    if (!reference.startVerse)
+        return !reference.endVerse;
+    return !reference.endVerse || *reference.endVerse >= *reference.startVerse;
+}
+
+} // namespace
+
+std::string MeshScriptureReference::description() const {
+    std::string text = book + " " + std::to_string(chapter);
+    if (!startVerse)
+        return text;
+    text += ":" + std::to_string(*startVerse);
+    if (endVerse && *endVerse != *startVerse)
+        text += "-" + std::to_string(*endVerse);
+    return text;
+}
+
+std::optional<MeshScriptureReference>
+MeshScriptureReference::fromPayload(const std::map<std::string, std::string>& payload) {
+    auto value = [&](const char* key) {
+        auto found = payload.find(key);
+        return found == payload.end() ? std::string() : found->second;
+    };
+    if (!value("book").empty() && !value("chapter").empty()) {
+        MeshScriptureReference reference;
+        reference.book = value("book");
+        auto chapter = positiveNumber(value("chapter"));
+        if (!chapter)
+            return std::nullopt;
+        reference.chapter = *chapter;
+        if (!value("startVerse").empty() && !(reference.startVerse = positiveNumber(value("startVerse"))))
+            return std::nullopt;
+        if (!value("endVerse").empty() && !(reference.endVerse = positiveNumber(value("endVerse"))))
+            return std::nullopt;
+        if (isValid(reference))
+            return reference;
+        return std::nullopt;
+    }
+    return parse(value("reference"));
+}
+
+std::optional<MeshScriptureReference> MeshScriptureReference::parse(const std::string& text) {
+    static const std::regex pattern(
+        R"(^\s*((?:[1-3]\s*)?[A-Za-z][A-Za-z ]*?)\s+(\d{1,3})(?::(\d{1,3})(?:-(\d{1,3}))?)?\s*$)");
+    std::smatch match;
+    if (text.size() > 200 || !std::regex_match(text, match, pattern))
+        return std::nullopt;
+    MeshScriptureReference reference;
+    reference.book = match[1].str();
+    reference.chapter = positiveNumber(match[2].str()).value_or(0);
+    if (match[3].matched)
+        reference.startVerse = positiveNumber(match[3].str());
+    if (match[4].matched)
+        reference.endVerse = positiveNumber(match[4].str());
+    if ((match[3].matched && !reference.startVerse) || (match[4].matched && !reference.endVerse) || !isValid(reference))
+        return std::nullopt;
+    return reference;
+}
+
+} // namespace quillon::mesh

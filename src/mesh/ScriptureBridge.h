@@ -1,0 +1,198 @@
+#pragma once
+
+#include "mesh/MeshEvent.h"
+#include "mesh/MeshScriptureReference.h"
+#include "mesh/MeshSettings.h"
+#include "mesh/PeerConnection.h"
+#include "mesh/SerialExecutor.h"
+#include "mesh/VantalinkPsk.h"
+#include "orvane/SuiteChallengeLedger.h"
+#include "orvane/SuiteMeshBootstrapSession.h"
+#include "platform/Clock.h"
+
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/asio/ssl/context.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <nlohmann/json_fwd.hpp>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace quillon::mesh {
+
+class CalvaneLink;
+class ServiceDiscovery;
+class SuiteMeshPairingStore;
+
+/// The passage the desk has on screen, as it is announced.
+struct LiveScripture {
+    /// The printed reference ("John 3:16-18").
+    std::string reference;
+    std::string book;
+    /// The Bible version's code text ("KJV").
+    std::string version;
+    std::string text;
+    bool operator==(const LiveScripture&) const = default;
+};
+
+/// One open Vantalink connection as the peers listing shows it.
+struct PeerSummary {
+    std::uint64_t identifier = 0;
+    std::string address;
+    std::optional<std::string> claim;
+    bool verified = false;
+    bool secure = false;
+    bool trusted = false;
+    std::string status;
+};
+
+/// A pairing code to show the preacher.
+struct PairingCode {
+    std::string peerName;
+    std::string code;
+    std::chrono::system_clock::time_point expiresAt;
+};
+
+/// The answer of a tool asked for by a peer: a result, or an error sentence.
+struct ToolAnswer {
+    std::optional<std::string> result;
+    std::optional<std::string> error;
+};
+
+/// Shares the passage on screen with Brenmoor (Vantalink peers that connect to the desk, plain or
+/// over TLS with a pre-shared key) and Calvane (a WebSocket link the desk dials), and hands what
+/// they send back to the editor.
+///
+/// All network work runs on one thread with its own io_context. Every change of published state and
+/// every callback into the application is posted to the executor the application supplies (its
+/// main thread), never run on the network thread. Set the callbacks before start().
+class ScriptureBridge : private PeerConnection::Owner {
+public:
+    ScriptureBridge(MeshSettings settings, SuiteMeshPairingStore& pairings, Executor mainThread,
+                    const platform::Clock& clock = platform::SystemClock::shared());
+    ~ScriptureBridge();
+    ScriptureBridge(const ScriptureBridge&) = delete;
+    ScriptureBridge& operator=(const ScriptureBridge&) = delete;
+
+    /// Opens both listeners, publishes them, browses for Calvane and starts the network thread.
+    /// A listener that cannot open is logged and left closed; the rest keeps working.
+    void start();
+    /// Closes every connection and listener and joins the network thread. Safe to call twice.
+    void stop();
+
+    /// Sends the passage to every trusted Vantalink peer and to Calvane, and makes it live.
+    void announce(LiveScripture scripture);
+    void announce(const MeshScriptureReference& reference, std::string version, std::string text);
+    /// Clears the passage everywhere.
+    void clear();
+
+    /// A fresh pairing code for `peerName`; peers already connected under that name are challenged at once.
+    PairingCode startBootstrap(std::string peerName);
+
+    /// The listening ports once start() has run (0 when a listener did not open).
+    std::uint16_t plainPort() const { return m_plainPort; }
+    std::uint16_t securePort() const { return m_securePort; }
+
+    // Published state: written on the main thread only.
+    bool isCalvaneConnected() const;
+    bool isBrenmoorConnected() const;
+    std::optional<LiveScripture> liveReference() const;
+    std::optional<MeshScriptureReference> incomingReference() const;
+    std::string tlsStatus() const;
+
+    /// Every open connection; asks the network thread and waits for its answer.
+    std::vector<PeerSummary> peers();
+
+    // Callbacks into the application, run on its main thread.
+    std::function<void(const MeshScriptureReference& reference, const SermonStudioMessage& message)>
+        onIncomingScripture;
+    std::function<void()> onNextVerse;
+    std::function<void()> onPreviousVerse;
+    std::function<void(const MeshEvent& event)> onEvent;
+    /// Answers "currentSermon" and "searchSermons" (on the main thread); without it peers are told
+    /// that no sermons are open.
+    std::function<ToolAnswer(const std::string& tool, const std::string& query)> toolHandler;
+
+private:
+    using ConnectionPointer = std::shared_ptr<PeerConnection>;
+
+    // PeerConnection::Owner, on the network thread.
+    void connectionReady(const ConnectionPointer& connection) override;
+    void messageReceived(const ConnectionPointer& connection, SermonStudioMessage message) override;
+    void bodyDropped(const ConnectionPointer& connection, const std::string& type) override;
+    void connectionClosed(const ConnectionPointer& connection, const std::string& reason) override;
+
+    void openListener(boost::asio::ip::tcp::acceptor& acceptor, std::uint16_t port, bool secure);
+    void acceptNext(boost::asio::ip::tcp::acceptor& acceptor, bool secure);
+    void scheduleHeartbeat();
+    void handleHello(const ConnectionPointer& connection, const SermonStudioMessage& message);
+    void challenge(const ConnectionPointer& connection, const std::string& peerName);
+    void handlePairResponse(const ConnectionPointer& connection, const SermonStudioMessage& message);
+    void handleToolRequest(const ConnectionPointer& connection, const SermonStudioMessage& message);
+    void handleIncomingScripture(const std::string& peer, const std::map<std::string, std::string>& payload);
+    void handleCalvanePush(const nlohmann::json& frame);
+    bool isTrusted(PeerConnection& connection) const;
+    /// True when content may travel on this connection; logs once when a plain link is refused.
+    bool mayCarryContent(PeerConnection& connection);
+    void sendContent(const SermonStudioMessage& message);
+    void send(PeerConnection& connection, SermonStudioMessage message);
+    SermonStudioMessage makeMessage(SermonStudioMessageType type, std::map<std::string, std::string> payload) const;
+    SermonStudioMessage announcementMessage() const;
+    std::optional<VantalinkPsk::Match> resolveIdentity(std::string_view identity);
+    void publishConnectionState();
+    void publishTlsStatus(std::string status);
+    void emit(MeshEvent::Kind kind, std::string peer, std::string detail);
+    /// Runs `task` on the application's main thread.
+    void onMain(std::function<void()> task);
+
+    MeshSettings m_settings;
+    SuiteMeshPairingStore& m_pairings;
+    Executor m_mainThread;
+    const platform::Clock& m_clock;
+    orvane::SuiteChallengeLedger m_ledger;
+
+    boost::asio::io_context m_io;
+    std::optional<boost::asio::executor_work_guard<boost::asio::io_context::executor_type>> m_work;
+    boost::asio::ssl::context m_tlsContext;
+    VantalinkPsk::Resolver m_resolver;
+    boost::asio::ip::tcp::acceptor m_plainAcceptor;
+    boost::asio::ip::tcp::acceptor m_secureAcceptor;
+    boost::asio::steady_timer m_heartbeatTimer;
+    std::thread m_thread;
+    std::atomic<std::uint16_t> m_plainPort{0};
+    std::atomic<std::uint16_t> m_securePort{0};
+    bool m_started = false;
+
+    // Network-thread state.
+    std::map<std::uint64_t, ConnectionPointer> m_connections;
+    std::uint64_t m_nextIdentifier = 1;
+    std::optional<LiveScripture> m_networkLive;
+    std::shared_ptr<CalvaneLink> m_calvane;
+    std::unique_ptr<ServiceDiscovery> m_discovery;
+
+    // Bootstrap sessions are created on the caller's thread and read on the network thread.
+    std::mutex m_bootstrapMutex;
+    std::map<std::string, orvane::SuiteMeshBootstrapSession> m_bootstraps;
+
+    // Published state.
+    mutable std::mutex m_stateMutex;
+    bool m_isCalvaneConnected = false;
+    bool m_isBrenmoorConnected = false;
+    std::optional<LiveScripture> m_liveReference;
+    std::optional<MeshScriptureReference> m_incomingReference;
+    std::string m_tlsStatus;
+
+    /// Set while the bridge lives; main-thread tasks posted late check it before touching `this`.
+    std::shared_ptr<std::atomic<bool>> m_alive = std::make_shared<std::atomic<bool>>(true);
+};
+
+} // namespace quillon::mesh

@@ -1,0 +1,118 @@
+#include "mesh/SermonStudioMessage.h"
+
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <cmath>
+
+namespace quillon::mesh {
+
+namespace {
+
+constexpr std::array<std::string_view, 17> rawValues = {"hello",
+                                                        "heartbeat",
+                                                        "studioStatus",
+                                                        "requestScripture",
+                                                        "nextVerse",
+                                                        "previousVerse",
+                                                        "scriptureAnnouncement",
+                                                        "scriptureCleared",
+                                                        "scriptureDisplayed",
+                                                        "scriptureFaded",
+                                                        "pairChallenge",
+                                                        "pairResponse",
+                                                        "pairRejected",
+                                                        "pairAccepted",
+                                                        "toolRequest",
+                                                        "toolResponse",
+                                                        "unknown"};
+
+// 2001-01-01T00:00:00Z in Unix seconds.
+constexpr std::int64_t referenceDateUnixSeconds = 978'307'200;
+
+} // namespace
+
+std::string_view rawValue(SermonStudioMessageType type) {
+    return rawValues[static_cast<std::size_t>(type)];
+}
+
+SermonStudioMessageType messageTypeFromRawValue(std::string_view text) {
+    for (std::size_t i = 0; i < rawValues.size(); ++i)
+        if (rawValues[i] == text)
+            return static_cast<SermonStudioMessageType>(i);
+    return SermonStudioMessageType::unknown;
+}
+
+double secondsSinceReferenceDate(std::chrono::system_clock::time_point time) {
+    using namespace std::chrono;
+    return duration<double>(time.time_since_epoch()).count() - static_cast<double>(referenceDateUnixSeconds);
+}
+
+std::chrono::system_clock::time_point fromSecondsSinceReferenceDate(double seconds) {
+    using namespace std::chrono;
+    if (!std::isfinite(seconds) || std::abs(seconds) > 1e11)
+        seconds = 0;
+    auto sinceEpoch = duration<double>(seconds + static_cast<double>(referenceDateUnixSeconds));
+    return system_clock::time_point(duration_cast<system_clock::duration>(sinceEpoch));
+}
+
+std::string SermonStudioMessage::field(const std::string& key) const {
+    auto found = payload.find(key);
+    return found == payload.end() ? std::string() : found->second;
+}
+
+std::string SermonStudioMessage::encode() const {
+    nlohmann::json body = {
+        {"type", rawValue(type)}, {"payload", payload}, {"timestamp", secondsSinceReferenceDate(timestamp)}};
+    // Replace invalid UTF-8 rather than throw: a payload copied from a broken file must not stop the bridge.
+    return body.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::optional<SermonStudioMessage> SermonStudioMessage::decode(std::string_view body) {
+    // Anything but an object fails fast, so a 10 MB frame of junk costs no full JSON parse.
+    auto first = body.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos || body[first] != '{')
+        return std::nullopt;
+    auto json = nlohmann::json::parse(body, nullptr, false);
+    if (json.is_discarded() || !json.is_object())
+        return std::nullopt;
+    auto type = json.find("type");
+    auto payload = json.find("payload");
+    if (type == json.end() || !type->is_string() || payload == json.end() || !payload->is_object())
+        return std::nullopt;
+    SermonStudioMessage message;
+    message.type = messageTypeFromRawValue(type->get<std::string>());
+    for (const auto& [key, value] : payload->items()) {
+        if (!value.is_string())
+            return std::nullopt;
+        message.payload[key] = value.get<std::string>();
+    }
+    if (auto timestamp = json.find("timestamp"); timestamp != json.end()) {
+        if (!timestamp->is_number())
+            return std::nullopt;
+        message.timestamp = fromSecondsSinceReferenceDate(timestamp->get<double>());
+    } else {
+        message.timestamp = fromSecondsSinceReferenceDate(0);
+    }
+    return message;
+}
+
+std::string frameHeader(std::uint32_t length) {
+    return {static_cast<char>(length >> 24 & 0xff), static_cast<char>(length >> 16 & 0xff),
+            static_cast<char>(length >> 8 & 0xff), static_cast<char>(length & 0xff)};
+}
+
+std::optional<std::uint32_t> acceptedFrameLength(const unsigned char (&header)[4]) {
+    std::uint32_t length = std::uint32_t{header[0]} << 24 | std::uint32_t{header[1]} << 16 |
+                           std::uint32_t{header[2]} << 8 | std::uint32_t{header[3]};
+    if (length == 0 || length > maximumFrameLength)
+        return std::nullopt;
+    return length;
+}
+
+std::string SermonStudioMessage::frame() const {
+    std::string body = encode();
+    return frameHeader(static_cast<std::uint32_t>(body.size())) + body;
+}
+
+} // namespace quillon::mesh

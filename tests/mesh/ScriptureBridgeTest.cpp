@@ -1,0 +1,326 @@
+#include "BridgeHarness.h"
+#include "mesh/VantalinkPsk.h"
+#include "support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace quillon::mesh {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::BridgeHarness;
+using testing::LogCapture;
+using testing::VantalinkTestPeer;
+using Type = SermonStudioMessageType;
+using Kind = MeshEvent::Kind;
+
+const LiveScripture john316{"John 3:16", "John", "KJV", "For God so loved the world..."};
+
+bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds timeout = 5s) {
+    auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (std::chrono::steady_clock::now() < deadline) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(10ms);
+    }
+    return condition();
+}
+
+TEST(ScriptureBridge, broadcastPeerPairsProvesItselfAndDrivesTheDesk) {
+    LogCapture log;
+    BridgeHarness harness;
+    auto& bridge = *harness.bridge;
+
+    // First pairing over a plain link: hello, the preacher makes a code, the peer answers with it.
+    auto secret = harness.pair("Brenmoor");
+    ASSERT_EQ(secret.size(), 32u);
+    EXPECT_TRUE(log.contains("Brenmoor paired successfully."));
+    EXPECT_EQ(harness.preferences.stringList("Quillon.suiteMesh.pairedPeerNames"),
+              std::vector<std::string>{"Brenmoor"});
+    ASSERT_TRUE(harness.waitForEvent(Kind::pairingSucceeded));
+
+    // A new secure connection proves the pairing through the derived pre-shared key.
+    auto peer = harness.connectPaired(secret);
+    ASSERT_TRUE(peer);
+    peer->hello("Brenmoor");
+    ASSERT_TRUE(peer->waitFor(Type::pairAccepted));
+    ASSERT_TRUE(eventually([&] { return bridge.isBrenmoorConnected(); }));
+
+    bridge.announce(john316);
+    auto announced = peer->waitFor(Type::scriptureAnnouncement);
+    ASSERT_TRUE(announced);
+    EXPECT_EQ(announced->payload, (std::map<std::string, std::string>{{"reference", "John 3:16"},
+                                                                      {"version", "KJV"},
+                                                                      {"text", "For God so loved the world..."},
+                                                                      {"book", "John"},
+                                                                      {"source", "Quillon"}}));
+    EXPECT_EQ(bridge.liveReference(), john316);
+
+    peer->send(Type::nextVerse);
+    peer->send(Type::previousVerse);
+    peer->send(Type::nextVerse);
+    peer->send(Type::scriptureAnnouncement, {{"book", "Romans"}, {"chapter", "8"}, {"startVerse", "28"}});
+    ASSERT_TRUE(harness.waitForEvent(Kind::incomingScripture));
+    ASSERT_TRUE(eventually([&] {
+        std::lock_guard lock(harness.mutex);
+        return harness.nextVerses == 2 && harness.previousVerses == 1;
+    }));
+    EXPECT_EQ(bridge.incomingReference(), (MeshScriptureReference{"Romans", 8, 28, std::nullopt}));
+
+    peer->send(Type::requestScripture);
+    auto answer = peer->waitFor(Type::scriptureAnnouncement);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->field("reference"), "John 3:16");
+
+    bridge.clear();
+    auto cleared = peer->waitFor(Type::scriptureCleared);
+    ASSERT_TRUE(cleared);
+    EXPECT_EQ(cleared->field("source"), "Quillon");
+    EXPECT_EQ(cleared->field("reference"), "");
+
+    auto listed = bridge.peers();
+    ASSERT_FALSE(listed.empty());
+    EXPECT_TRUE(std::any_of(listed.begin(), listed.end(), [](const PeerSummary& p) {
+        return p.claim == "Brenmoor" && p.verified && p.secure && p.trusted;
+    }));
+}
+
+TEST(ScriptureBridge, pairingCodeFailures) {
+    struct Case {
+        const char* name;
+        bool wrongCode;
+        std::chrono::seconds delay;
+        const char* logLine;
+    };
+    for (const Case& c : {Case{"wrong code", true, 0s, "Brenmoor answered with the wrong code."},
+                          Case{"answer after 31 s", false, 31s, "did not answer the pairing challenge"},
+                          Case{"code used after 121 s", false, 121s, "the code expired"}}) {
+        LogCapture log;
+        BridgeHarness harness(BridgeHarness::quietSettings(), /*useFakeClock=*/true);
+        auto peer = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+        peer->hello("Brenmoor");
+        auto code = harness.bridge->startBootstrap("Brenmoor");
+        EXPECT_EQ(code.code.size(), 6u);
+        auto challenge = peer->waitFor(Type::pairChallenge);
+        ASSERT_TRUE(challenge) << c.name;
+        harness.fakeClock.advance(c.delay);
+        std::string answered = c.wrongCode ? (code.code == "000000" ? "000001" : "000000") : code.code;
+        peer->answerBootstrap(*challenge, answered, "Brenmoor");
+        EXPECT_TRUE(peer->waitFor(Type::pairRejected)) << c.name;
+        EXPECT_TRUE(harness.waitForEvent(Kind::pairingFailed)) << c.name;
+        EXPECT_TRUE(log.contains(c.logLine)) << c.name;
+        EXPECT_FALSE(harness.pairings.pairing("Brenmoor")) << c.name;
+
+        // The same nonce answered again is not accepted a second time.
+        peer->answerBootstrap(*challenge, code.code, "Brenmoor");
+        EXPECT_FALSE(peer->waitFor(Type::pairAccepted, 300ms)) << c.name;
+    }
+}
+
+TEST(ScriptureBridge, aPairedNameMustProveItselfOrIsDisconnected) {
+    LogCapture log;
+    auto settings = BridgeHarness::quietSettings();
+    settings.requirePairing = true;
+    BridgeHarness harness(settings);
+    auto secret = harness.pair("Brenmoor");
+
+    // Right secret on a plain link: verified by answering the challenge.
+    auto honest = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    honest->hello("Brenmoor");
+    auto challenge = honest->waitFor(Type::pairChallenge);
+    ASSERT_TRUE(challenge);
+    EXPECT_TRUE(challenge->field("salt").empty());
+    honest->answerWithSecret(*challenge, secret, "Brenmoor");
+    ASSERT_TRUE(honest->waitFor(Type::pairAccepted));
+
+    // Someone else claiming the name with a guessed secret is cut off.
+    auto impostor = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    impostor->hello("Brenmoor");
+    auto second = impostor->waitFor(Type::pairChallenge);
+    ASSERT_TRUE(second);
+    impostor->answerWithSecret(*second, orvane::randomBytes(32), "Brenmoor");
+    EXPECT_TRUE(impostor->waitForClose());
+    EXPECT_TRUE(log.contains("Brenmoor: it did not answer the pairing challenge for that name"));
+
+    harness.bridge->announce(john316);
+    EXPECT_TRUE(honest->waitFor(Type::scriptureAnnouncement));
+}
+
+TEST(ScriptureBridge, requirePairingIgnoresAnUnpairedClaim) {
+    LogCapture log;
+    auto settings = BridgeHarness::quietSettings();
+    settings.requirePairing = true;
+    BridgeHarness harness(settings);
+    auto stranger = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    stranger->hello("Stranger");
+    auto rejected = stranger->waitFor(Type::pairRejected);
+    ASSERT_TRUE(rejected);
+    EXPECT_EQ(rejected->field("reason"), "it claimed a name with no pairing here");
+    EXPECT_TRUE(log.contains("Stranger tried to connect with no pairing on file."));
+
+    stranger->send(Type::nextVerse);
+    harness.bridge->announce(john316);
+    EXPECT_FALSE(stranger->next(400ms));
+    std::lock_guard lock(harness.mutex);
+    EXPECT_EQ(harness.nextVerses, 0);
+}
+
+TEST(ScriptureBridge, requireEncryptedKeepsContentOffPlainLinks) {
+    LogCapture log;
+    auto settings = BridgeHarness::quietSettings();
+    settings.requireEncrypted = true;
+    BridgeHarness harness(settings);
+    auto secret = harness.pair("Brenmoor"); // pairing itself may use a plain link
+
+    auto plain = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    plain->hello("Observer");
+    auto secure = harness.connectPaired(secret);
+    ASSERT_TRUE(secure);
+    secure->hello("Brenmoor");
+    ASSERT_TRUE(secure->waitFor(Type::pairAccepted));
+
+    harness.bridge->announce(john316);
+    EXPECT_TRUE(secure->waitFor(Type::scriptureAnnouncement));
+    EXPECT_FALSE(plain->next(400ms));
+    EXPECT_TRUE(log.contains("Observer on a plain link: encrypted Vantalink applies"));
+}
+
+TEST(ScriptureBridge, framesOfForbiddenLengthCloseAndOddBodiesAreDropped) {
+    struct Case {
+        const char* name;
+        std::string bytes;
+        bool closes;
+        const char* logLine;
+    };
+    std::string largest(10'000'000, 'x');
+    std::string unknownType = SermonStudioMessage{Type::hello, {}, {}}.encode();
+    unknownType.replace(unknownType.find("\"hello\""), 7, "\"sing\"");
+    for (const Case& c : {
+             Case{"empty frame", frameHeader(0), true, nullptr},
+             Case{"10,000,001 bytes", frameHeader(10'000'001), true, nullptr},
+             Case{"10,000,000 bytes are read", frameHeader(10'000'000) + largest, false, "Dropped Unknown from"},
+             Case{"garbage JSON", frameHeader(9) + "{not json", false, "Dropped Unknown from"},
+             Case{"unknown type", frameHeader(static_cast<std::uint32_t>(unknownType.size())) + unknownType, false,
+                  "Dropped Unknown from"},
+         }) {
+        LogCapture log;
+        BridgeHarness harness;
+        auto peer = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+        peer->sendRaw(c.bytes);
+        if (c.closes) {
+            EXPECT_TRUE(peer->waitForClose()) << c.name;
+            continue;
+        }
+        // Still open: a request after the odd body is answered.
+        peer->send(Type::requestScripture);
+        EXPECT_TRUE(peer->waitFor(Type::scriptureCleared)) << c.name;
+        EXPECT_TRUE(log.contains(c.logLine)) << c.name;
+    }
+}
+
+TEST(ScriptureBridge, heartbeatsFlowAndSilentPeersAreDropped) {
+    auto settings = BridgeHarness::quietSettings();
+    settings.heartbeatInterval = 50ms;
+    settings.silenceLimit = 400ms;
+    BridgeHarness harness(settings);
+    auto chatty = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    auto silent = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    auto until = std::chrono::steady_clock::now() + 800ms;
+    int heartbeats = 0;
+    while (std::chrono::steady_clock::now() < until) {
+        chatty->send(Type::heartbeat);
+        if (chatty->waitFor(Type::heartbeat, 100ms))
+            ++heartbeats;
+    }
+    EXPECT_GE(heartbeats, 3);
+    EXPECT_TRUE(silent->waitForClose(1s));
+    chatty->send(Type::requestScripture);
+    EXPECT_TRUE(chatty->waitFor(Type::scriptureCleared));
+}
+
+TEST(ScriptureBridge, toolRequestsAreAnsweredWithTheSameRequestId) {
+    BridgeHarness harness;
+    harness.bridge->toolHandler = [](const std::string& tool, const std::string& query) {
+        return ToolAnswer{tool + ":" + query, std::nullopt};
+    };
+    auto peer = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    peer->hello("Brenmoor");
+    harness.bridge->announce(john316);
+    ASSERT_TRUE(peer->waitFor(Type::scriptureAnnouncement));
+    struct Case {
+        const char* tool;
+        const char* query;
+        const char* result;
+        const char* error;
+    };
+    int id = 0;
+    for (const Case& c :
+         {Case{"liveScripture", "",
+               R"({"reference":"John 3:16","text":"For God so loved the world...","version":"KJV"})", nullptr},
+          Case{"searchSermons", "grace", "searchSermons:grace", nullptr},
+          Case{"currentSermon", "", "currentSermon:", nullptr},
+          Case{"paintTheWall", "", nullptr, "Quillon has no tool named \"paintTheWall\"."}}) {
+        std::string requestId = "r" + std::to_string(++id);
+        peer->send(Type::toolRequest, {{"tool", c.tool}, {"requestId", requestId}, {"query", c.query}});
+        auto response = peer->waitFor(Type::toolResponse);
+        ASSERT_TRUE(response) << c.tool;
+        EXPECT_EQ(response->field("requestId"), requestId);
+        EXPECT_EQ(response->field("tool"), c.tool);
+        EXPECT_EQ(response->field("result"), c.result ? c.result : "") << c.tool;
+        EXPECT_EQ(response->field("error"), c.error ? c.error : "") << c.tool;
+    }
+}
+
+TEST(ScriptureBridge, stalledSecureHandshakeIsCancelledAfterTheTimeout) {
+    LogCapture log;
+    auto settings = BridgeHarness::quietSettings();
+    settings.tlsHandshakeTimeout = 300ms;
+    BridgeHarness harness(settings);
+    auto stalled = VantalinkTestPeer::connectPlain(harness.bridge->securePort()); // never says ClientHello
+    auto started = std::chrono::steady_clock::now();
+    EXPECT_TRUE(stalled->waitForClose(3s));
+    EXPECT_GE(std::chrono::steady_clock::now() - started, 250ms);
+    EXPECT_TRUE(log.contains("the secure handshake did not finish within 0.3 seconds"));
+}
+
+TEST(ScriptureBridge, secureHandshakeFailuresAreExplained) {
+    BridgeHarness harness;
+    auto secret = harness.pair("Brenmoor");
+    // The right identity with the wrong key fails on the Finished message's MAC.
+    EXPECT_FALSE(VantalinkTestPeer::connectSecure(harness.bridge->securePort(), VantalinkPsk::identity(secret),
+                                                  orvane::randomBytes(32)));
+    auto status = harness.waitForEvent(Kind::tlsStatus);
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->detail, "the pairing key does not match (bad MAC)");
+
+    // An identity the desk does not know.
+    EXPECT_FALSE(
+        VantalinkTestPeer::connectSecure(harness.bridge->securePort(), "0011223344556677", orvane::randomBytes(32)));
+    EXPECT_TRUE(eventually([&] {
+        return harness.bridge->tlsStatus() == "the other device does not recognize this pairing (unknown PSK identity)";
+    }));
+
+    // An unpaired peer may still open an encrypted link, and pair over it.
+    auto identity = VantalinkPsk::unpairedIdentity("Calvane");
+    auto unpaired =
+        VantalinkTestPeer::connectSecure(harness.bridge->securePort(), identity, VantalinkPsk::unpairedKey(identity));
+    ASSERT_TRUE(unpaired);
+    unpaired->send(Type::requestScripture);
+    EXPECT_TRUE(unpaired->waitFor(Type::scriptureCleared));
+}
+
+TEST(ScriptureBridge, listenersUseTheConfiguredPortsAndReportABusyPort) {
+    LogCapture log;
+    BridgeHarness first;
+    auto settings = BridgeHarness::quietSettings();
+    settings.port = first.bridge->plainPort();
+    BridgeHarness second(settings);
+    EXPECT_EQ(second.bridge->plainPort(), 0);
+    EXPECT_NE(second.bridge->securePort(), 0);
+    EXPECT_TRUE(log.contains("Could not start the Brenmoor/Calvane listener: "));
+}
+
+} // namespace
+} // namespace quillon::mesh
