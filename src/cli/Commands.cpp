@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/MeshCommand.h"
 
 #include "cli/CommentaryCommand.h"
 #include "cli/ModelStatusCommand.h"
@@ -18,6 +19,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<SelftestCommand>());
     commands.push_back(std::make_unique<RefCommand>());
     commands.push_back(std::make_unique<BibleCommand>());
+    commands.push_back(std::make_unique<MeshCommand>());
     return commands;
 }
 

@@ -1,7 +1,8 @@
 #include "mesh/MeshScriptureReference.h"
 
+#include "scripture/ReferenceParser.h"
+
 #include <charconv>
-#include <regex>
 
 namespace quillon::mesh {
 
@@ -60,20 +61,13 @@ MeshScriptureReference::fromPayload(const std::map<std::string, std::string>& pa
 }
 
 std::optional<MeshScriptureReference> MeshScriptureReference::parse(const std::string& text) {
-    static const std::regex pattern(
-        R"(^\s*((?:[1-3]\s*)?[A-Za-z][A-Za-z ]*?)\s+(\d{1,3})(?::(\d{1,3})(?:-(\d{1,3}))?)?\s*$)");
-    std::smatch match;
-    if (text.size() > 200 || !std::regex_match(text, match, pattern))
+    // The library's parser validates the book and chapter and spells the book out in full.
+    auto parsed = scripture::parse(text);
+    if (!parsed)
         return std::nullopt;
-    MeshScriptureReference reference;
-    reference.book = match[1].str();
-    reference.chapter = positiveNumber(match[2].str()).value_or(0);
-    if (match[3].matched)
-        reference.startVerse = positiveNumber(match[3].str());
-    if (match[4].matched)
-        reference.endVerse = positiveNumber(match[4].str());
-    if ((match[3].matched && !reference.startVerse) || (match[4].matched && !reference.endVerse) || !isValid(reference))
-        return std::nullopt;
+    MeshScriptureReference reference{parsed->book.name, parsed->chapter, parsed->firstVerse(), parsed->lastVerse()};
+    if (reference.endVerse == reference.startVerse)
+        reference.endVerse.reset();
     return reference;
 }
 

@@ -19,7 +19,7 @@ struct MeshScriptureReference {
     /// Reads "book"/"chapter"/"startVerse"/"endVerse" when "book" and "chapter" are present, else
     /// the printed "reference"; nothing when neither gives a usable reference.
     static std::optional<MeshScriptureReference> fromPayload(const std::map<std::string, std::string>& payload);
-    /// "Book C", "Book C:V" or "Book C:V-W" (the book may start with a digit: "1 John 4:8").
+    /// A typed reference ("John 3:16-18", "1 cor 13"), read by the scripture library's parser.
     static std::optional<MeshScriptureReference> parse(const std::string& text);
 
     bool operator==(const MeshScriptureReference&) const = default;

@@ -97,6 +97,8 @@ TEST(MeshScriptureReference, readsPayloadFieldsOrThePrintedReference) {
                   Ref{"John", 3, 16, 18}},
              Case{{{"book", "Psalms"}, {"chapter", "23"}, {"reference", "ignored 1"}}, Ref{"Psalms", 23, {}, {}}},
              Case{{{"reference", "1 John 4:8"}}, Ref{"1 John", 4, 8, std::nullopt}},
+             Case{{{"reference", "jn 3:16-18"}}, Ref{"John", 3, 16, 18}},
+             Case{{{"reference", "Hezekiah 3:1"}}, std::nullopt},
              Case{{{"reference", "Song of Solomon 2:1-4"}}, Ref{"Song of Solomon", 2, 1, 4}},
              Case{{{"book", "John"}, {"chapter", "0"}}, std::nullopt},
              Case{{{"book", "John"}, {"chapter", "3"}, {"startVerse", "18"}, {"endVerse", "16"}}, std::nullopt},

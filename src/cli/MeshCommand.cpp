@@ -1,0 +1,114 @@
+#include "cli/MeshCommand.h"
+
+#include "cli/MeshServeSession.h"
+#include "mesh/ScriptureBridge.h"
+#include "mesh/SuiteMeshPairingStore.h"
+#include "model/DateTime.h"
+#include "platform/Paths.h"
+#include "platform/Preferences.h"
+#include "platform/SecretStore.h"
+
+#include <nlohmann/json.hpp>
+
+#include <csignal>
+#include <iostream>
+
+namespace quillon::cli {
+
+namespace {
+
+struct PairingFiles {
+    platform::Preferences preferences{platform::preferencesFile()};
+    platform::SecretStore secrets{
+        mesh::SuiteMeshPairingStore::serviceName(),
+        platform::SecretStore::defaultFallbackFile(mesh::SuiteMeshPairingStore::serviceName())};
+    mesh::SuiteMeshPairingStore store{secrets, preferences};
+};
+
+} // namespace
+
+void MeshCommand::configure(CLI::App& command) {
+    command.require_subcommand(1);
+    m_serve = command.add_subcommand("serve", "Run the scripture bridge and read commands on stdin "
+                                              "(announce REF [VERSION], clear, pair PEER, peers, status, quit)");
+    m_serve->add_option("--port", m_port, "Plain listening port (default: vantalink.port, else any)")
+        ->check(CLI::Range(0, 65535));
+    m_serve->add_option("--tls-port", m_tlsPort, "Secure listening port (default: vantalink.tlsPort, else any)")
+        ->check(CLI::Range(0, 65535));
+    m_serve->add_option("--calvane", m_calvane, "Calvane's bridge as host:port, without discovery");
+    m_serve->add_flag("--no-discovery", m_noDiscovery, "Do not publish or browse with Avahi");
+    m_pairings = command.add_subcommand("pairings", "List the peers this desk is paired with");
+    m_unpair = command.add_subcommand("unpair", "Remove the stored pairing with a peer");
+    m_unpair->add_option("peer", m_peer, "The peer's name, as listed by `mesh pairings`")->required();
+}
+
+int MeshCommand::execute(CommandContext& context) {
+    if (m_serve->parsed())
+        return serve(context);
+    if (m_pairings->parsed())
+        return pairings(context);
+    return unpair(context);
+}
+
+int MeshCommand::serve(CommandContext& context) {
+    PairingFiles files;
+    auto settings = mesh::MeshSettings::fromPreferences(files.preferences);
+    if (m_port >= 0)
+        settings.port = static_cast<std::uint16_t>(m_port);
+    if (m_tlsPort >= 0)
+        settings.tlsPort = static_cast<std::uint16_t>(m_tlsPort);
+    if (!m_calvane.empty())
+        settings.calvaneAddress = m_calvane;
+    settings.discovery = !m_noDiscovery;
+
+    // Writing to a peer that just vanished must end in an error code, not the default SIGPIPE exit.
+    std::signal(SIGPIPE, SIG_IGN);
+    mesh::SerialExecutor mainThread;
+    mesh::ScriptureBridge bridge(settings, files.store, mainThread.executor());
+    MeshServeSession session(bridge, context.out, context.json);
+    bridge.onEvent = [&session](const mesh::MeshEvent& event) { session.printEvent(event); };
+    bridge.start();
+    if (bridge.plainPort() == 0 && bridge.securePort() == 0) {
+        bridge.stop();
+        throw UserError("Quillon could not open the scripture mesh listeners; see the log for the reason.");
+    }
+    session.run(std::cin);
+    bridge.stop();
+    mainThread.drain();
+    return 0;
+}
+
+int MeshCommand::pairings(CommandContext& context) {
+    PairingFiles files;
+    nlohmann::json list = nlohmann::json::array();
+    for (const auto& name : files.store.pairedPeerNames()) {
+        auto pairing = files.store.pairing(name);
+        std::string established = pairing ? model::formatDateTime(model::toDateTime(pairing->establishedAt)) : "";
+        if (context.json)
+            list.push_back({{"peer", name},
+                            {"establishedAt", pairing ? nlohmann::json(established) : nlohmann::json()},
+                            {"capabilities", pairing ? pairing->capabilities.rawValue : 0},
+                            {"secretStored", pairing.has_value()}});
+        else
+            context.out << name << "\t"
+                        << (pairing ? "paired " + established : std::string("listed, but no secret is stored")) << "\n";
+    }
+    if (context.json)
+        context.out << list.dump(2) << "\n";
+    else if (files.store.pairedPeerNames().empty())
+        context.out << "No pairings.\n";
+    return 0;
+}
+
+int MeshCommand::unpair(CommandContext& context) {
+    PairingFiles files;
+    if (!files.store.remove(m_peer))
+        throw UserError("Quillon has no pairing with “" + m_peer + "”.");
+    if (context.json)
+        context.out << nlohmann::json{{"removed", m_peer}}.dump() << "\n";
+    else
+        context.out << "Removed the pairing with " << m_peer << ".\n";
+    return 0;
+}
+
+} // namespace quillon::cli

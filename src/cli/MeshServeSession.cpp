@@ -1,0 +1,148 @@
+#include "cli/MeshServeSession.h"
+
+#include "mesh/ScriptureBridge.h"
+#include "model/BibleVersion.h"
+#include "model/DateTime.h"
+#include "scripture/ReferenceParser.h"
+
+#include <nlohmann/json.hpp>
+
+#include <istream>
+#include <ostream>
+#include <sstream>
+
+namespace quillon::cli {
+
+namespace {
+
+std::string trim(const std::string& text) {
+    auto first = text.find_first_not_of(" \t\r");
+    if (first == std::string::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+} // namespace
+
+MeshServeSession::MeshServeSession(mesh::ScriptureBridge& bridge, std::ostream& out, bool json)
+    : m_bridge(bridge), m_out(out), m_json(json) {}
+
+void MeshServeSession::print(const std::string& textLine, const std::string& jsonLine) {
+    std::lock_guard lock(m_outputMutex);
+    m_out << (m_json ? jsonLine : textLine) << std::endl; // flushed: another program reads these as they come
+}
+
+void MeshServeSession::printEvent(const mesh::MeshEvent& event) {
+    nlohmann::json json = {{"event", mesh::eventName(event.kind)}, {"peer", event.peer}, {"detail", event.detail}};
+    std::string text(mesh::eventName(event.kind));
+    if (!event.peer.empty())
+        text += " " + event.peer;
+    if (!event.detail.empty())
+        text += ": " + event.detail;
+    print(text, json.dump());
+}
+
+void MeshServeSession::run(std::istream& in) {
+    nlohmann::json listening = {
+        {"event", "listening"}, {"port", m_bridge.plainPort()}, {"tlsPort", m_bridge.securePort()}};
+    print("listening on port " + std::to_string(m_bridge.plainPort()) + ", secure port " +
+              std::to_string(m_bridge.securePort()),
+          listening.dump());
+    std::string line;
+    bool quit = false;
+    while (!quit && std::getline(in, line))
+        handle(trim(line), quit);
+}
+
+void MeshServeSession::handle(const std::string& line, bool& quit) {
+    std::istringstream words(line);
+    std::string command;
+    words >> command;
+    std::string rest;
+    std::getline(words, rest);
+    rest = trim(rest);
+    auto error = [this](const std::string& sentence) {
+        print("error: " + sentence, nlohmann::json{{"event", "error"}, {"detail", sentence}}.dump());
+    };
+
+    if (command.empty()) {
+        return;
+    } else if (command == "quit") {
+        quit = true;
+    } else if (command == "announce") {
+        // The version, when given, is the last word; everything before it is the reference.
+        std::string referenceText = rest;
+        model::BibleVersion version = model::BibleVersion::kjv;
+        if (auto space = rest.rfind(' '); space != std::string::npos) {
+            std::string last = rest.substr(space + 1);
+            for (auto& c : last)
+                c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+            if (auto parsed = model::bibleVersionFromRawValue(last)) {
+                version = *parsed;
+                referenceText = trim(rest.substr(0, space));
+            }
+        }
+        auto reference = scripture::parse(referenceText);
+        if (!reference)
+            return error("Quillon could not read \"" + referenceText + "\" as a reference.");
+        mesh::LiveScripture live{
+            reference->description(), reference->book.name, std::string(model::rawValue(version)), {}};
+        m_bridge.announce(live);
+        print("announced " + live.reference + " (" + live.version + ")",
+              nlohmann::json{{"event", "announced"}, {"reference", live.reference}, {"version", live.version}}.dump());
+    } else if (command == "clear") {
+        m_bridge.clear();
+        print("cleared", R"({"event":"cleared"})");
+    } else if (command == "pair") {
+        if (rest.empty())
+            return error("Name the peer to pair with, for example: pair Brenmoor");
+        auto code = m_bridge.startBootstrap(rest);
+        std::string expires = model::formatDateTime(model::toDateTime(code.expiresAt));
+        print("pairing code for " + code.peerName + ": " + code.code + " (expires " + expires +
+                  "). Enter this in the peer app's own “Pair with Quillon” screen before the code expires.",
+              nlohmann::json{
+                  {"event", "pairingCode"}, {"peer", code.peerName}, {"code", code.code}, {"expiresAt", expires}}
+                  .dump());
+    } else if (command == "peers") {
+        auto peers = m_bridge.peers();
+        nlohmann::json list = nlohmann::json::array();
+        std::string text = peers.empty() ? "no peers connected" : "";
+        for (const auto& peer : peers) {
+            if (!text.empty())
+                text += "\n";
+            text += "peer " + std::to_string(peer.identifier) + " " + peer.address + " claims " +
+                    peer.claim.value_or("nothing yet") + ", " + (peer.verified ? "verified" : "not verified") + ", " +
+                    (peer.secure ? "secure" : "plain") + (peer.status.empty() ? "" : ", " + peer.status);
+            list.push_back({{"id", peer.identifier},
+                            {"address", peer.address},
+                            {"claim", peer.claim ? nlohmann::json(*peer.claim) : nlohmann::json()},
+                            {"verified", peer.verified},
+                            {"secure", peer.secure},
+                            {"trusted", peer.trusted},
+                            {"status", peer.status}});
+        }
+        print(text, nlohmann::json{{"event", "peers"}, {"peers", list}}.dump());
+    } else if (command == "status") {
+        auto live = m_bridge.liveReference();
+        auto incoming = m_bridge.incomingReference();
+        nlohmann::json json = {
+            {"event", "status"},
+            {"port", m_bridge.plainPort()},
+            {"tlsPort", m_bridge.securePort()},
+            {"isBrenmoorConnected", m_bridge.isBrenmoorConnected()},
+            {"isCalvaneConnected", m_bridge.isCalvaneConnected()},
+            {"liveReference", live ? nlohmann::json(live->reference) : nlohmann::json()},
+            {"incomingReference", incoming ? nlohmann::json(incoming->description()) : nlohmann::json()},
+            {"tlsStatus", m_bridge.tlsStatus()}};
+        std::string text =
+            "port " + std::to_string(m_bridge.plainPort()) + ", secure port " + std::to_string(m_bridge.securePort()) +
+            "; Brenmoor " + (m_bridge.isBrenmoorConnected() ? "connected" : "not connected") + "; Calvane " +
+            (m_bridge.isCalvaneConnected() ? "connected" : "not connected") + "; live " +
+            (live ? live->reference : "none") + "; incoming " + (incoming ? incoming->description() : "none");
+        print(text, json.dump());
+    } else {
+        error("Unknown command \"" + command + "\": use announce, clear, pair, peers, status or quit.");
+    }
+}
+
+} // namespace quillon::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "mesh/MeshEvent.h"
+
+#include <iosfwd>
+#include <mutex>
+#include <string>
+
+namespace quillon::mesh {
+class ScriptureBridge;
+}
+
+namespace quillon::cli {
+
+/// `quillon mesh serve`: the bridge in the foreground, commands read one a line, events written one a
+/// line (text, or JSON objects with --json). Output from the bridge's main-thread executor and from
+/// the command loop share one lock so lines never interleave.
+class MeshServeSession {
+public:
+    MeshServeSession(mesh::ScriptureBridge& bridge, std::ostream& out, bool json);
+
+    /// Reads commands until "quit" or the end of input.
+    void run(std::istream& in);
+    /// Writes one event line; safe from any thread.
+    void printEvent(const mesh::MeshEvent& event);
+
+private:
+    void handle(const std::string& line, bool& quit);
+    void print(const std::string& textLine, const std::string& jsonLine);
+
+    mesh::ScriptureBridge& m_bridge;
+    std::ostream& m_out;
+    bool m_json;
+    std::mutex m_outputMutex;
+};
+
+} // namespace quillon::cli

@@ -1,0 +1,109 @@
+#include "BridgeHarness.h"
+#include "support/LogCapture.h"
+
+#include <boost/asio/ip/tcp.hpp>
+#include <boost/beast/core/buffers_to_string.hpp>
+#include <boost/beast/core/flat_buffer.hpp>
+#include <boost/beast/websocket.hpp>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <thread>
+
+namespace quillon::mesh {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::BridgeHarness;
+using testing::LogCapture;
+namespace asio = boost::asio;
+namespace websocket = boost::beast::websocket;
+
+/// A stand-in for Calvane's WebSocket bridge on loopback, accepting one link at a time.
+class FakeCalvane {
+public:
+    FakeCalvane() : m_acceptor(m_io, {asio::ip::make_address("127.0.0.1"), 0}) {}
+    std::uint16_t port() const { return m_acceptor.local_endpoint().port(); }
+
+    /// Accepts the next link and returns its hello frame.
+    nlohmann::json accept() {
+        m_socket = std::make_unique<websocket::stream<asio::ip::tcp::socket>>(m_acceptor.accept());
+        m_socket->accept();
+        return read();
+    }
+    nlohmann::json read() {
+        boost::beast::flat_buffer buffer;
+        m_socket->read(buffer);
+        return nlohmann::json::parse(boost::beast::buffers_to_string(buffer.data()));
+    }
+    void write(const nlohmann::json& frame) {
+        m_socket->text(true);
+        m_socket->write(asio::buffer(frame.dump()));
+    }
+    void drop() {
+        boost::system::error_code ignored;
+        m_socket->next_layer().close(ignored);
+    }
+
+private:
+    asio::io_context m_io;
+    asio::ip::tcp::acceptor m_acceptor;
+    std::unique_ptr<websocket::stream<asio::ip::tcp::socket>> m_socket;
+};
+
+bool eventually(const std::function<bool()>& condition) {
+    for (int i = 0; i < 500 && !condition(); ++i)
+        std::this_thread::sleep_for(10ms);
+    return condition();
+}
+
+TEST(CalvaneLink, linksShowsScriptureSurvivesADropAndReportsRejections) {
+    LogCapture log;
+    FakeCalvane calvane;
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    settings.calvaneFirstRetry = 50ms;
+    settings.calvaneRetryCeiling = 200ms;
+    auto harness = std::make_unique<BridgeHarness>(settings);
+    auto hello = calvane.accept();
+    EXPECT_EQ(hello["kind"], "hello");
+    EXPECT_EQ(hello["appName"], "Quillon");
+    EXPECT_TRUE(hello.contains("appVersion"));
+    EXPECT_FALSE(hello.contains("pairingCode"));
+    harness->secrets.write("Calvane.code", "482913");
+
+    calvane.write({{"kind", "linked"}});
+    ASSERT_TRUE(eventually([&] { return harness->bridge->isCalvaneConnected(); }));
+    harness->bridge->announce(LiveScripture{"John 3:16", "John", "KJV", "For God so loved the world"});
+    auto shown = calvane.read();
+    EXPECT_EQ(shown["kind"], "scripture");
+    EXPECT_EQ(shown["reference"], "John 3:16");
+    EXPECT_EQ(shown["version"], "KJV");
+    EXPECT_EQ(shown["formatted"], false);
+    EXPECT_EQ(shown["source"], "Quillon");
+    harness->bridge->clear();
+    EXPECT_EQ(calvane.read(), (nlohmann::json{{"kind", "clear"}, {"source", "Quillon"}}));
+
+    calvane.write({{"kind", "scripture"}, {"reference", "Romans 8:28"}});
+    ASSERT_TRUE(eventually([&] { return harness->bridge->incomingReference().has_value(); }));
+    EXPECT_EQ(harness->bridge->incomingReference()->description(), "Romans 8:28");
+
+    // A dropped link comes back by itself, now with the stored code.
+    calvane.drop();
+    auto again = calvane.accept();
+    EXPECT_EQ(again["pairingCode"], "482913");
+    EXPECT_TRUE(harness->waitForEvent(MeshEvent::Kind::calvaneLost));
+
+    calvane.write({{"kind", "rejected"}, {"reason", "the code is wrong"}});
+    ASSERT_TRUE(harness->waitForEvent(MeshEvent::Kind::calvaneRejected));
+    EXPECT_TRUE(eventually([&] { return log.contains("Calvane rejected Quillon: the code is wrong"); }));
+    EXPECT_FALSE(harness->bridge->isCalvaneConnected());
+
+    calvane.accept(); // retried after the back-off
+    calvane.write({{"kind", "rejected"}});
+    EXPECT_TRUE(eventually([&] { return log.contains("Calvane rejected the connection."); }));
+    harness.reset();
+}
+
+} // namespace
+} // namespace quillon::mesh
