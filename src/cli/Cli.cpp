@@ -18,6 +18,8 @@ int runCli(const std::vector<std::string>& arguments, std::ostream& out, std::os
     bool json = false;
     app.add_option("--library", library, "Storage root for this run")->type_name("DIR");
     app.add_flag("--json", json, "Machine-readable output on stdout");
+    // Global options may follow the command too (`quillon show ID --json`).
+    app.fallthrough();
 
     auto commands = allCommands();
     std::vector<std::pair<CLI::App*, Command*>> parsers;

@@ -1,6 +1,14 @@
 #include "cli/Commands.h"
 #include "cli/MeshCommand.h"
 
+#include "cli/DocumentCommand.h"
+#include "cli/DuplicateCommand.h"
+#include "cli/ExportArchiveCommand.h"
+#include "cli/ImportCommand.h"
+#include "cli/ListCommand.h"
+#include "cli/NewCommand.h"
+#include "cli/ShowCommand.h"
+#include "cli/SyncCommand.h"
 #include "cli/CommentaryCommand.h"
 #include "cli/ModelStatusCommand.h"
 #include "cli/ExportCommand.h"
@@ -13,6 +21,14 @@ namespace quillon::cli {
 std::vector<std::unique_ptr<Command>> allCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     // One line per command; keep related commands together.
+    commands.push_back(std::make_unique<ListCommand>());
+    commands.push_back(std::make_unique<NewCommand>());
+    commands.push_back(std::make_unique<ShowCommand>());
+    commands.push_back(std::make_unique<DuplicateCommand>());
+    commands.push_back(std::make_unique<ImportCommand>());
+    commands.push_back(std::make_unique<ExportArchiveCommand>());
+    commands.push_back(std::make_unique<DocumentCommand>());
+    commands.push_back(std::make_unique<SyncCommand>());
     commands.push_back(std::make_unique<ModelStatusCommand>());
     commands.push_back(std::make_unique<CommentaryCommand>());
     commands.push_back(std::make_unique<ExportCommand>());

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cli/LibraryCommand.h"
+
+namespace quillon::cli {
+
+/// `quillon show ID`: the sermon's metadata, outline and manuscript; with --json exactly the
+/// JSON stored for it.
+class ShowCommand final : public LibraryCommand {
+public:
+    std::string name() const override { return "show"; }
+    std::string description() const override { return "Show one sermon (with --json: its stored JSON)"; }
+    void configure(CLI::App& command) override;
+
+protected:
+    int run(CommandContext& context, Library& library) override;
+
+private:
+    std::string m_id;
+};
+
+} // namespace quillon::cli
