@@ -2,9 +2,10 @@
 // files is the floor any backup has to pay, so the figure worth watching is the ratio.
 
 #include "model/SermonCoding.h"
-#include "platform/AtomicFile.h"
 #include "store/SampleSermons.h"
 #include "store/SermonBackupManager.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
 
 #include <benchmark/benchmark.h>
 
@@ -103,20 +104,16 @@ void restore(benchmark::State& state) {
     clear(lib.root / "source-backup");
     const fs::path backup = source.backUp(lib.sermons, lib.root / "source-backup");
     const fs::path restored = lib.root / "restored";
-    store::SermonBackupManager target([&] { return restored / "Media"; }, preferences);
-    // Each sermon is written as the store writes it: one atomic file per sermon.
-    auto import = [&](const std::vector<model::SermonNote>& sermons) {
-        for (const auto& sermon : sermons)
-            platform::writeFileAtomically(restored / "Sermons" / (sermon.id.text() + ".json"),
-                                          model::encodeSermonFile(sermon));
-        return static_cast<int>(sermons.size());
-    };
     for (auto _ : state) {
         state.PauseTiming();
-        clear(restored / "Sermons");
-        clear(restored / "Media");
+        clear(restored);
+        // The real store's import, as `quillon restore` runs it, into an empty library.
+        store::SermonStorage storage = store::SermonStorage::atRoot(restored);
+        store::SermonNotesManager manager(storage, preferences);
+        manager.load();
+        store::SermonBackupManager target([&] { return storage.mediaFolder(); }, preferences);
         state.ResumeTiming();
-        benchmark::DoNotOptimize(target.restore(backup, import));
+        benchmark::DoNotOptimize(target.restoreInto(manager, backup));
     }
 }
 BENCHMARK(restore)->Unit(benchmark::kMillisecond)->UseRealTime();

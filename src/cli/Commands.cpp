@@ -1,20 +1,26 @@
 #include "cli/Commands.h"
 #include "cli/MeshCommand.h"
 
+#include "cli/BackupCommand.h"
+#include "cli/BibleCommand.h"
+#include "cli/CommentaryCommand.h"
+#include "cli/DeleteCommand.h"
 #include "cli/DocumentCommand.h"
 #include "cli/DuplicateCommand.h"
 #include "cli/ExportArchiveCommand.h"
+#include "cli/ExportCommand.h"
 #include "cli/ImportCommand.h"
 #include "cli/ListCommand.h"
+#include "cli/ModelStatusCommand.h"
 #include "cli/NewCommand.h"
+#include "cli/RefCommand.h"
+#include "cli/RestoreCommand.h"
+#include "cli/SamplesCommand.h"
+#include "cli/SelftestCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/SyncCommand.h"
-#include "cli/CommentaryCommand.h"
-#include "cli/ModelStatusCommand.h"
-#include "cli/ExportCommand.h"
-#include "cli/SelftestCommand.h"
-#include "cli/BibleCommand.h"
-#include "cli/RefCommand.h"
+#include "cli/TrashCommand.h"
+#include "cli/VersionsCommand.h"
 
 namespace quillon::cli {
 
@@ -36,6 +42,12 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<RefCommand>());
     commands.push_back(std::make_unique<BibleCommand>());
     commands.push_back(std::make_unique<MeshCommand>());
+    commands.push_back(std::make_unique<DeleteCommand>());
+    commands.push_back(std::make_unique<TrashCommand>());
+    commands.push_back(std::make_unique<VersionsCommand>());
+    commands.push_back(std::make_unique<BackupCommand>());
+    commands.push_back(std::make_unique<RestoreCommand>());
+    commands.push_back(std::make_unique<SamplesCommand>());
     return commands;
 }
 

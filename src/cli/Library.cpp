@@ -23,7 +23,11 @@ Library::Library(const CommandContext& context)
     m_storage = context.library ? std::make_unique<store::SermonStorage>(store::SermonStorage::atRoot(*context.library))
                                 : std::make_unique<store::SermonStorage>(*m_preferences);
     m_manager = std::make_unique<store::SermonNotesManager>(*m_storage, *m_preferences);
+    m_versions = std::make_unique<store::SermonVersionHistory>([storage = m_storage.get()] { return storage->root(); },
+                                                               *m_preferences);
+    m_manager->setVersionHistoryHook(m_versions.get());
     m_manager->load();
+    m_manager->seedSampleSermons();
 }
 
 const model::SermonNote& Library::find(std::string_view idText) const {

@@ -5,6 +5,7 @@
 #include "platform/Preferences.h"
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
+#include "store/SermonVersionHistory.h"
 
 #include <memory>
 #include <string_view>
@@ -23,6 +24,8 @@ public:
     platform::Preferences& preferences() { return *m_preferences; }
     store::SermonStorage& storage() { return *m_storage; }
     store::SermonNotesManager& manager() { return *m_manager; }
+    /// The version history, told of every update the manager makes.
+    store::SermonVersionHistory& versions() { return *m_versions; }
 
     /// The sermon named by `idText`: its full id in either case, or an unambiguous prefix of at
     /// least four characters. Throws UserError when there is none or more than one.
@@ -32,6 +35,7 @@ private:
     std::unique_ptr<platform::Preferences> m_preferences;
     std::unique_ptr<store::SermonStorage> m_storage;
     std::unique_ptr<store::SermonNotesManager> m_manager;
+    std::unique_ptr<store::SermonVersionHistory> m_versions;
 };
 
 } // namespace quillon::cli

@@ -1,6 +1,8 @@
 #include "cli/NewCommand.h"
 
 #include "cli/TextInput.h"
+#include "store/SermonBackupManager.h"
+#include "store/SermonTemplate.h"
 
 #include <nlohmann/json.hpp>
 
@@ -13,6 +15,8 @@ void NewCommand::configure(CLI::App& command) {
     command.add_option("--speaker", m_speaker, "Who preaches it");
     command.add_option("--date", m_date, "When it is preached (default: today)")->type_name("YYYY-MM-DD");
     command.add_option("--series", m_series, "The series it belongs to");
+    command.add_option("--template", m_template, "A starting outline")
+        ->check(CLI::IsMember({"blank", "expository", "topical", "textual", "seriesKickoff"}));
 }
 
 int NewCommand::run(CommandContext& context, Library& library) {
@@ -31,11 +35,18 @@ int NewCommand::run(CommandContext& context, Library& library) {
     sermon.speaker = m_speaker;
     sermon.series = m_series;
     sermon.createdAt = sermon.modifiedAt = now;
+    sermon.topics =
+        store::outline(store::sermonTemplateFromRawValue(m_template).value_or(store::SermonTemplate::blank));
 
     auto& manager = library.manager();
     if (!manager.add(sermon))
         throw UserError("Quillon could not save the sermon “" + m_title + "”.");
     manager.setCurrentSermonId(sermon.id);
+
+    // Creating stays allowed on a nearly full disk; the note warns that a later save may fail.
+    store::SermonBackupManager space([&library] { return library.storage().mediaFolder(); }, library.preferences());
+    if (auto available = space.freeSpaceWarning(library.storage().sermonsFolder()))
+        context.err << store::lowStorageForNewSermonMessage(*available) << "\n";
 
     if (context.json)
         context.out << nlohmann::ordered_json{{"id", sermon.id.text()}}.dump(2) << "\n";

@@ -6,8 +6,8 @@
 
 namespace quillon::cli {
 
-/// `quillon new --title T [--speaker S] [--date YYYY-MM-DD] [--series S]`: adds an empty sermon
-/// and prints its id.
+/// `quillon new --title T [--speaker S] [--date YYYY-MM-DD] [--series S] [--template T]`: adds a sermon, empty or
+/// with a template's starting outline, and prints its id.
 class NewCommand final : public LibraryCommand {
 public:
     std::string name() const override { return "new"; }
@@ -22,6 +22,7 @@ private:
     std::string m_speaker;
     std::optional<std::string> m_date;
     std::optional<std::string> m_series;
+    std::string m_template = "blank";
 };
 
 } // namespace quillon::cli

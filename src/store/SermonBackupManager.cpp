@@ -7,6 +7,8 @@
 #include "platform/FileError.h"
 #include "platform/PlatformWording.h"
 #include "store/ByteCountFormatter.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
 
 #include <nlohmann/json.hpp>
 #include <spdlog/spdlog.h>
@@ -120,6 +122,69 @@ private:
 
 std::string randomSuffix() {
     return model::Uuid::random().text().substr(0, 8);
+}
+
+void writeAll(int fd, std::string_view bytes, const fs::path& target) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
+        if (written < 0) {
+            if (errno == EINTR)
+                continue;
+            throw fileError("write", target, errno);
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+/// Writes every file beside its target first and renames them into place only when all were
+/// written, with one sync for the whole batch instead of one per file: a restore of thousands of
+/// sermons would otherwise spend nearly all its time waiting for the disk.
+void writeAllOrNothing(const std::vector<std::pair<fs::path, std::string>>& files) {
+    std::vector<std::pair<fs::path, fs::path>> written;
+    auto discard = [&written] {
+        for (const auto& [temporary, target] : written)
+            ::unlink(temporary.c_str());
+    };
+    try {
+        for (const auto& [target, bytes] : files) {
+            const fs::path temporary =
+                target.parent_path() / ("." + target.filename().string() + "." + randomSuffix() + ".restore");
+            const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+            if (fd < 0)
+                throw fileError("write", target, errno);
+            written.emplace_back(temporary, target);
+            try {
+                writeAll(fd, bytes, target);
+            } catch (...) {
+                ::close(fd);
+                throw;
+            }
+            if (::close(fd) != 0)
+                throw fileError("write", target, errno);
+        }
+        if (!written.empty()) {
+            const int folder = ::open(written.front().second.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+            if (folder >= 0) {
+                const int synced = ::syncfs(folder);
+                ::close(folder);
+                if (synced != 0)
+                    throw fileError("write", written.front().second, errno);
+            }
+        }
+    } catch (...) {
+        discard();
+        throw;
+    }
+    for (const auto& [temporary, target] : written)
+        if (::rename(temporary.c_str(), target.c_str()) != 0)
+            spdlog::error("Failed to restore sermon file {}: {}", target.filename().string(), std::strerror(errno));
+    if (!written.empty()) {
+        const int folder = ::open(written.front().second.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (folder >= 0) {
+            ::fsync(folder);
+            ::close(folder);
+        }
+    }
 }
 
 } // namespace
@@ -278,6 +343,34 @@ RestoreResult SermonBackupManager::restore(const fs::path& backupFolder, const S
             spdlog::warn("Failed to restore the cover image “{}”: {}", name, std::strerror(errno));
     }
     return result;
+}
+
+RestoreResult SermonBackupManager::restoreInto(SermonNotesManager& store, const fs::path& backupFolder) const {
+    SermonStorage& storage = store.storage();
+    return restore(backupFolder, [&](const std::vector<model::SermonNote>& sermons) {
+        std::vector<std::pair<fs::path, std::string>> pending;
+        const SermonFileWriter previous = storage.writer();
+        storage.setWriter([&pending](const fs::path& target, std::string_view bytes) {
+            pending.emplace_back(target, std::string(bytes));
+        });
+        int count = 0;
+        try {
+            count = store.importSermons(sermons, model::SermonImportMode::replaceDuplicates);
+        } catch (...) {
+            storage.setWriter(previous);
+            store.load();
+            throw;
+        }
+        storage.setWriter(previous);
+        try {
+            writeAllOrNothing(pending);
+        } catch (...) {
+            // Nothing reached the sermon folder, so reading it back undoes the import in memory.
+            store.load();
+            throw;
+        }
+        return count;
+    });
 }
 
 double SermonBackupManager::storageWarningThreshold() const {

@@ -15,6 +15,8 @@
 
 namespace quillon::store {
 
+class SermonNotesManager;
+
 /// "manifest.json" of a backup.
 struct BackupManifest {
     int formatVersion = 1;
@@ -64,6 +66,11 @@ public:
     /// Restores the backup in `backupFolder`. Throws BackupError (not a backup) or
     /// platform::FileError; on a throw the library is as it was.
     RestoreResult restore(const std::filesystem::path& backupFolder, const SermonImporter& importSermons) const;
+
+    /// Restores into the store through its import with `replaceDuplicates`. The sermon files are
+    /// all written, then synced once and renamed into place; when one cannot be written none is,
+    /// and the store is read back from disk so memory and files agree again.
+    RestoreResult restoreInto(SermonNotesManager& store, const std::filesystem::path& backupFolder) const;
 
     /// The available bytes at `location` when its free share is at or below the threshold.
     std::optional<std::uint64_t> freeSpaceWarning(const std::filesystem::path& location) const;

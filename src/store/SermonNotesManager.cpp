@@ -4,6 +4,7 @@
 #include "platform/FileError.h"
 #include "platform/Paths.h"
 #include "platform/PlatformWording.h"
+#include "store/SampleSermons.h"
 
 #include <spdlog/spdlog.h>
 
@@ -272,6 +273,63 @@ SermonNote SermonNotesManager::duplicate(const SermonNote& sermon) {
     m_sermons.push_back(copy);
     store(copy);
     return copy;
+}
+
+bool SermonNotesManager::remove(const Uuid& id) {
+    auto found = std::find_if(m_sermons.begin(), m_sermons.end(), [&](const SermonNote& s) { return s.id == id; });
+    if (found == m_sermons.end())
+        return false;
+    m_sermons.erase(found);
+    auto forThisSermon = [&](const UndoCheckpoint& checkpoint) { return checkpoint.sermonId == id; };
+    std::erase_if(m_undoStack, forThisSermon);
+    std::erase_if(m_redoStack, forThisSermon);
+    setPinned(id, false);
+    setHidden(id, false);
+    if (m_currentSermonId == id)
+        setCurrentSermonId(std::nullopt);
+    return true;
+}
+
+void SermonNotesManager::seedSampleSermons() {
+    if (m_preferences.boolean(sampleSermonsHiddenKey, false)) {
+        // The same words as after an update, deliberately.
+        m_lastSyncStatus = "Updated sample sermons";
+        return;
+    }
+    const std::vector<SermonNote> samples = buildSampleSermons(model::toDateTime(m_clock.now()));
+    std::vector<std::string> seeded = m_preferences.stringList(sampleSermonsSeededKey);
+    bool changed = false;
+    for (const SermonNote& sample : samples) {
+        const std::string id = sample.id.text();
+        if (std::find(seeded.begin(), seeded.end(), id) != seeded.end())
+            continue;
+        if (!sermon(sample.id)) {
+            m_sermons.push_back(sample);
+            store(sample);
+        }
+        seeded.push_back(id);
+        changed = true;
+    }
+    if (changed)
+        m_preferences.set(sampleSermonsSeededKey, seeded);
+    if (!samples.empty() && (!m_currentSermonId || !sermon(*m_currentSermonId)) && sermon(samples.front().id))
+        setCurrentSermonId(samples.front().id);
+    m_lastSyncStatus = "Loaded sample sermons";
+}
+
+void SermonNotesManager::hideSampleSermons() {
+    m_preferences.set(sampleSermonsHiddenKey, true);
+    for (const SermonNote& sermon : m_sermons)
+        if (isSampleSermon(sermon.id))
+            setHidden(sermon.id, true);
+}
+
+void SermonNotesManager::showSampleSermons() {
+    m_preferences.set(sampleSermonsHiddenKey, false);
+    m_preferences.remove(sampleSermonsSeededKey);
+    for (const SermonNote& sample : buildSampleSermons(model::toDateTime(m_clock.now())))
+        setHidden(sample.id, false);
+    seedSampleSermons();
 }
 
 bool SermonNotesManager::add(const SermonNote& sermon) {

@@ -32,6 +32,8 @@ public:
     static constexpr const char* hiddenSermonsKey = "Quillon.hiddenSermonIds";
     static constexpr const char* pinnedSermonsKey = "Quillon.pinnedSermonIds";
     static constexpr const char* sampleSermonsHiddenKey = "Quillon.sampleSermonsHidden";
+    /// The samples already put into this library once, so a sample the user deleted stays deleted.
+    static constexpr const char* sampleSermonsSeededKey = "Quillon.sampleSermonsSeeded";
     static constexpr const char* undoCoalesceIntervalKey = "Quillon.timing.undoCoalesceInterval";
     static constexpr double defaultUndoCoalesceInterval = 0.9;
 
@@ -75,6 +77,18 @@ public:
     /// Adds a new sermon to the library and writes it; false when the write failed (the sermon
     /// stays in memory, as for any failed save).
     bool add(const model::SermonNote& sermon);
+    /// Takes the sermon out of the library in memory, with its undo checkpoints, pin and hidden
+    /// mark; its file is the caller's business (the trash moves it). False when there was none.
+    bool remove(const model::Uuid& id);
+
+    /// Called at start after load(): puts each shipped sample sermon into the library the first
+    /// time, unless the user has hidden the samples; makes the first sample current when no
+    /// sermon is.
+    void seedSampleSermons();
+    /// Remembers that the samples are hidden and hides them from the list.
+    void hideSampleSermons();
+    /// Shows the samples again and puts back any that were deleted.
+    void showSampleSermons();
     /// Writes "Quillon.vrnsermons" with every sermon into `folder` (default: the temporary folder).
     std::optional<std::filesystem::path> exportArchive() const;
     std::optional<std::filesystem::path> exportArchive(const std::filesystem::path& folder) const;

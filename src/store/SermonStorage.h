@@ -58,6 +58,7 @@ public:
     void removeCoverImage(const model::Uuid& id) const;
 
     void setWriter(SermonFileWriter writer) { m_writer = std::move(writer); }
+    const SermonFileWriter& writer() const { return m_writer; }
 
 private:
     SermonStorage(const platform::Preferences* preferences, std::optional<std::filesystem::path> fixedRoot);

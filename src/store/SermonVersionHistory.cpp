@@ -96,6 +96,16 @@ void SermonVersionHistory::recordSnapshot(const model::SermonNote& previous) {
         if (since.count() < snapshotInterval())
             return;
     }
+    write(previous);
+}
+
+void SermonVersionHistory::recordSnapshotNow(const model::SermonNote& previous) {
+    write(previous);
+}
+
+void SermonVersionHistory::write(const model::SermonNote& previous) {
+    const fs::path folder = folderFor(previous.id);
+    const system_clock::time_point now = m_clock.now();
     try {
         fs::create_directories(folder);
         const fs::path file = folder / (model::Uuid::random().text() + ".json");

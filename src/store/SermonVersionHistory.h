@@ -41,6 +41,9 @@ public:
                          const platform::Clock& clock = platform::SystemClock::shared());
 
     void recordSnapshot(const model::SermonNote& previous) override;
+    /// Keeps `previous` whatever the interval says: used before a snapshot is restored, so the
+    /// state being replaced is never lost.
+    void recordSnapshotNow(const model::SermonNote& previous);
 
     /// Every readable snapshot of the sermon, newest first.
     std::vector<VersionSnapshot> snapshots(const model::Uuid& sermonId) const;
@@ -51,6 +54,7 @@ public:
     int maxVersionsPerSermon() const;
 
 private:
+    void write(const model::SermonNote& previous);
     void prune(const std::filesystem::path& folder) const;
 
     RootProvider m_root;

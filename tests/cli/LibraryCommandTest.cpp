@@ -30,6 +30,11 @@ struct CliRun {
 /// Every run uses a library and preferences inside one temporary folder.
 class LibraryCommandTest : public ::testing::Test {
 protected:
+    // These tests count the sermons they put there, so the sample sermons stay out.
+    LibraryCommandTest() {
+        folder.write("config/Quillon/preferences.json", R"({"Quillon.sampleSermonsHidden": true})");
+    }
+
     CliRun run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"--library", library().string()});
         std::ostringstream out, err;

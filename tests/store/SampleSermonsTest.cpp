@@ -1,6 +1,10 @@
 #include "store/SampleSermons.h"
 
 #include "scripture/ReferenceParser.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
+#include "support/FakeClock.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -120,6 +124,45 @@ TEST(SampleSermons, aDefinitionWithoutAuthoredTopicsStillGivesAnOutline) {
     ASSERT_EQ(sermon.topics[1].subTopics.size(), 2u);
     ASSERT_EQ(sermon.topics[1].subTopics[1].scriptures.size(), 1u);
     EXPECT_EQ(sermon.topics[1].subTopics[1].scriptures[0].endVerse, 17);
+}
+
+TEST(SampleSermons, seedingAddsEachSampleOnceAndHonoursTheHiddenFlag) {
+    using quillon::store::SermonNotesManager;
+    quillon::testing::TemporaryFolder root;
+    quillon::testing::FakeClock clock;
+    quillon::platform::Preferences preferences = quillon::platform::Preferences::inMemory();
+    auto storage = quillon::store::SermonStorage::atRoot(root.path());
+    const auto& definitions = quillon::store::sampleSermonDefinitions();
+    auto start = [&] {
+        auto manager = std::make_unique<SermonNotesManager>(storage, preferences, clock);
+        manager->load();
+        manager->seedSampleSermons();
+        return manager;
+    };
+
+    auto first = start();
+    EXPECT_EQ(first->sermons().size(), definitions.size());
+    EXPECT_EQ(first->lastSyncStatus(), "Loaded sample sermons");
+    EXPECT_EQ(first->currentSermonId()->text(), definitions.front().id);
+
+    // A second start finds them on disk and adds nothing; one the user removed stays removed.
+    const auto removed = *quillon::model::Uuid::parse(definitions.back().id);
+    first->remove(removed);
+    std::filesystem::remove(storage.sermonFile(removed));
+    auto second = start();
+    EXPECT_EQ(second->sermons().size(), definitions.size() - 1);
+    EXPECT_EQ(second->sermon(removed), nullptr);
+
+    second->hideSampleSermons();
+    EXPECT_EQ(second->hiddenSermonIds().size(), definitions.size() - 1);
+    std::filesystem::remove_all(root / "Sermons");
+    auto hidden = start();
+    EXPECT_TRUE(hidden->sermons().empty());
+    EXPECT_EQ(hidden->lastSyncStatus(), "Updated sample sermons");
+
+    hidden->showSampleSermons();
+    EXPECT_EQ(hidden->sermons().size(), definitions.size());
+    EXPECT_TRUE(hidden->hiddenSermonIds().empty());
 }
 
 } // namespace

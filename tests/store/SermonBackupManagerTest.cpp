@@ -1,7 +1,10 @@
 #include "store/SermonBackupManager.h"
 
+#include "model/SermonCoding.h"
 #include "model/SermonDocument.h"
 #include "platform/FileError.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
@@ -197,6 +200,31 @@ TEST(SermonBackupManager, warnsWhenTheFreeShareIsAtOrBelowTheThreshold) {
     EXPECT_EQ(quillon::store::lowStorageBeforeBackupMessage(1'200'000'000),
               "That location has only 1.2 GB free. Continue anyway, or choose a different location?");
     EXPECT_TRUE(quillon::store::readVolumeFigures("/definitely/not/here").has_value());
+}
+
+TEST(SermonBackupManager, restoringIntoTheStoreReplacesSameIdentitiesAndLeavesTheRest) {
+    Library library;
+    auto storage = quillon::store::SermonStorage::atRoot(library.root.path());
+    quillon::store::SermonNotesManager manager(storage, library.preferences, library.clock);
+    manager.load();
+    auto shared = sermonWithCover("Before the backup", false);
+    auto untouched = sermonWithCover("Only in the library", false);
+    manager.add(shared);
+    manager.add(untouched);
+    TemporaryFolder destination;
+    const fs::path backup = library.manager.backUp({shared}, destination.path());
+
+    auto edited = shared;
+    edited.title = "Edited since";
+    manager.update(edited);
+    auto result = library.manager.restoreInto(manager, backup);
+    EXPECT_EQ(result.sermonsRestored, 1);
+    EXPECT_EQ(manager.sermon(shared.id)->title, "Before the backup");
+    EXPECT_EQ(manager.sermon(untouched.id)->title, "Only in the library");
+    EXPECT_EQ(quillon::model::decodeSermonFile(quillon::testing::readText(storage.sermonFile(shared.id))).title,
+              "Before the backup");
+    // Nothing of the batch is left lying about in the sermon folder.
+    EXPECT_EQ(namesIn(library.root / "Sermons").size(), 2u);
 }
 
 } // namespace
