@@ -16,6 +16,7 @@
 #include "cli/RefCommand.h"
 #include "cli/RestoreCommand.h"
 #include "cli/SamplesCommand.h"
+#include "cli/SearchCommand.h"
 #include "cli/SelftestCommand.h"
 #include "cli/ShowCommand.h"
 #include "cli/SyncCommand.h"
@@ -48,6 +49,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<BackupCommand>());
     commands.push_back(std::make_unique<RestoreCommand>());
     commands.push_back(std::make_unique<SamplesCommand>());
+    commands.push_back(std::make_unique<SearchCommand>());
     return commands;
 }
 

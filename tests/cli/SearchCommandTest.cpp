@@ -1,0 +1,103 @@
+#include "cli/Cli.h"
+
+#include "model/SermonCoding.h"
+#include "support/ScopedEnvironment.h"
+#include "support/SermonFixtures.h"
+#include "support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <sstream>
+
+namespace quillon::cli {
+namespace {
+
+struct SearchRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class SearchCommandTest : public ::testing::Test {
+protected:
+    SearchCommandTest() {
+        auto forgiving = testing::makeSermon("Seventy Times Seven");
+        forgiving.series = "Matthew";
+        forgiving.notes = "Peter asked how often to forgive. Forgiveness has no ledger.";
+        forgiving.tags = {"discipleship"};
+        auto tender = testing::makeSermon("Tender Mercies");
+        tender.notes = "His mercy is new every morning.";
+        tender.tags = {};
+        for (const auto& sermon : {forgiving, tender})
+            folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+        m_forgiving = forgiving.id.text();
+        m_tender = tender.id.text();
+    }
+
+    SearchRun run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--library", (folder / "library").string()});
+        std::ostringstream out, err;
+        const int status = runCli(arguments, out, err);
+        return {status, out.str(), err.str()};
+    }
+
+    testing::TemporaryFolder folder;
+    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", (folder / "config").string()};
+    testing::ScopedEnvironment data{"XDG_DATA_HOME", (folder / "data").string()};
+    std::string m_forgiving;
+    std::string m_tender;
+};
+
+TEST_F(SearchCommandTest, printsOneLinePerHitWithScoreTitleSubtitleAndSnippet) {
+    const auto result = run({"search", "forgiveness", "ledger"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "1.00  Seventy Times Seven  —  Matthew · March 16, 2025  —  Forgiveness has no ledger.\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(run({"search", "zzzzqqq"}).out, "No sermons match “zzzzqqq”.\n");
+}
+
+TEST_F(SearchCommandTest, showsTheNoticeWhenTheQueryWasCorrected) {
+    const auto result = run({"search", "forgivness"});
+    EXPECT_EQ(result.status, 0);
+    // Both the correction and its synonym "mercy" find a sermon; equal scores list in id order.
+    const auto lines = result.out.substr(0, result.out.find('\n'));
+    EXPECT_EQ(lines, "Showing results for forgiveness");
+    EXPECT_NE(result.out.find("Seventy Times Seven"), std::string::npos);
+    EXPECT_NE(result.out.find("Tender Mercies"), std::string::npos);
+    const auto limited = run({"search", "forgivness", "--limit", "1"}).out;
+    EXPECT_EQ(std::count(limited.begin(), limited.end(), '\n'), 2) << limited;
+}
+
+TEST_F(SearchCommandTest, jsonCarriesHitsAndCorrections) {
+    const auto result = run({"--json", "search", "forgivness"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const auto json = nlohmann::json::parse(result.out);
+    EXPECT_EQ(json["query"], "forgivness");
+    EXPECT_EQ(json["banner"], "Showing results for forgiveness");
+    EXPECT_EQ(json["corrections"],
+              nlohmann::json::parse(R"([{"typed":"forgivness","used":"forgiveness","kind":"spelling"}])"));
+    ASSERT_EQ(json["hits"].size(), 2u);
+    const auto& first = json["hits"][0];
+    EXPECT_EQ(first["id"], std::min(m_forgiving, m_tender));
+    EXPECT_EQ(first["match"], "lexical");
+    EXPECT_TRUE(first.contains("subtitle") && first.contains("snippet") && first.contains("matchTier"));
+
+    const auto typed = nlohmann::json::parse(run({"--json", "search", "tender"}).out);
+    EXPECT_TRUE(typed["banner"].is_null());
+    EXPECT_TRUE(typed["corrections"].empty());
+    EXPECT_EQ(typed["hits"][0]["matchTier"], "title");
+}
+
+TEST_F(SearchCommandTest, rejectsAMissingQueryAndANonPositiveLimit) {
+    for (const auto& arguments : std::vector<std::vector<std::string>>{
+             {"search"}, {"search", "grace", "--limit", "0"}, {"search", "grace", "--limit", "many"}}) {
+        const auto result = run(arguments);
+        EXPECT_EQ(result.status, 1) << arguments.size();
+        EXPECT_FALSE(result.err.empty());
+    }
+}
+
+} // namespace
+} // namespace quillon::cli
