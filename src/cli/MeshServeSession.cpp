@@ -27,6 +27,17 @@ std::string trim(const std::string& text) {
 MeshServeSession::MeshServeSession(mesh::ScriptureBridge& bridge, std::ostream& out, bool json)
     : m_bridge(bridge), m_out(out), m_json(json) {}
 
+std::string MeshServeSession::passageText(const scripture::ScriptureReference& reference, model::BibleVersion version) {
+    // Peers show the words on screen, so a version this machine lacks is announced without text.
+    std::string text;
+    for (const auto& result : m_bible.verses(reference, {version})) {
+        if (!text.empty())
+            text += ' ';
+        text += result.verse.text;
+    }
+    return text;
+}
+
 void MeshServeSession::print(const std::string& textLine, const std::string& jsonLine) {
     std::lock_guard lock(m_outputMutex);
     m_out << (m_json ? jsonLine : textLine) << std::endl; // flushed: another program reads these as they come
@@ -85,8 +96,8 @@ void MeshServeSession::handle(const std::string& line, bool& quit) {
         auto reference = scripture::parse(referenceText);
         if (!reference)
             return error("Quillon could not read \"" + referenceText + "\" as a reference.");
-        mesh::LiveScripture live{
-            reference->description(), reference->book.name, std::string(model::rawValue(version)), {}};
+        mesh::LiveScripture live{reference->description(), reference->book.name, std::string(model::rawValue(version)),
+                                 passageText(*reference, version)};
         m_bridge.announce(live);
         print("announced " + live.reference + " (" + live.version + ")",
               nlohmann::json{{"event", "announced"}, {"reference", live.reference}, {"version", live.version}}.dump());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mesh/MeshEvent.h"
+#include "scripture/BibleLoader.h"
 
 #include <iosfwd>
 #include <mutex>
@@ -27,11 +28,14 @@ public:
 private:
     void handle(const std::string& line, bool& quit);
     void print(const std::string& textLine, const std::string& jsonLine);
+    std::string passageText(const scripture::ScriptureReference& reference, model::BibleVersion version);
 
     mesh::ScriptureBridge& m_bridge;
     std::ostream& m_out;
     bool m_json;
     std::mutex m_outputMutex;
+    /// Reads the announced passage's text; loads each version once, on first use.
+    scripture::BibleLoader m_bible;
 };
 
 } // namespace quillon::cli

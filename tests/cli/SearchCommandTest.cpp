@@ -22,7 +22,9 @@ struct SearchRun {
 
 class SearchCommandTest : public ::testing::Test {
 protected:
+    // The results are exact, so the sample sermons stay out of the library.
     SearchCommandTest() {
+        folder.write("config/Quillon/preferences.json", R"({"Quillon.sampleSermonsHidden": true})");
         auto forgiving = testing::makeSermon("Seventy Times Seven");
         forgiving.series = "Matthew";
         forgiving.notes = "Peter asked how often to forgive. Forgiveness has no ledger.";
