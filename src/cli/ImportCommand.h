@@ -16,6 +16,8 @@ protected:
     int run(CommandContext& context, Library& library) override;
 
 private:
+    int importDocument(CommandContext& context, Library& library);
+
     std::string m_file;
     std::string m_mode = "skip";
 };

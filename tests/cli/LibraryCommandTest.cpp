@@ -220,6 +220,26 @@ TEST_F(LibraryCommandTest, importAppliesTheChosenModeAndReportsTheCount) {
     EXPECT_EQ(run({"import", document.string()}).out, "Imported 1 sermons\n");
 }
 
+TEST_F(LibraryCommandTest, importOfAnOutlineDocumentAddsOneDraft) {
+    const auto outline = folder.write("Grace.txt", "I. Grace\nA. Promise\nJohn 3:16\nApplication line\n");
+    auto result = run({"import", outline.string()});
+    ASSERT_EQ(result.status, 0) << result.err;
+    const std::string prefix = "Imported “Grace” as ";
+    ASSERT_EQ(result.out.substr(0, prefix.size()), prefix);
+    auto id = model::Uuid::parse(result.out.substr(prefix.size(), 36));
+    ASSERT_TRUE(id);
+    SermonNote stored = model::decodeSermonFile(platform::readFile(sermonFile(*id)));
+    ASSERT_EQ(stored.topics.size(), 1u);
+    ASSERT_EQ(stored.topics[0].subTopics.size(), 1u);
+    const auto& subTopic = stored.topics[0].subTopics[0];
+    EXPECT_EQ(subTopic.details, "Application line");
+    ASSERT_EQ(subTopic.scriptures.size(), 1u);
+    EXPECT_EQ(subTopic.scriptures[0].bookName, "John");
+    EXPECT_EQ(subTopic.scriptures[0].startVerse, 16);
+
+    EXPECT_EQ(run({"import", folder.write("empty.docx", "not a zip").string()}).status, 1);
+}
+
 TEST_F(LibraryCommandTest, importOfAFileWithoutSermonsIsAUserError) {
     const auto garbage = folder.write("garbage.vrnsermons", "\x01\x02 not json");
     const auto brokenDocument = folder.write("broken.quillet", "{\"id\": 3}");
