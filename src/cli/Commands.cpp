@@ -1,8 +1,10 @@
 #include "cli/Commands.h"
 #include "cli/MeshCommand.h"
 
+#include "cli/AskCommand.h"
 #include "cli/BackupCommand.h"
 #include "cli/BibleCommand.h"
+#include "cli/CheckQuotesCommand.h"
 #include "cli/CommentaryCommand.h"
 #include "cli/DeleteCommand.h"
 #include "cli/DocumentCommand.h"
@@ -13,12 +15,15 @@
 #include "cli/ListCommand.h"
 #include "cli/ModelStatusCommand.h"
 #include "cli/NewCommand.h"
+#include "cli/PaceCommand.h"
+#include "cli/PreachTimeCommand.h"
 #include "cli/RefCommand.h"
 #include "cli/RestoreCommand.h"
 #include "cli/SamplesCommand.h"
 #include "cli/SearchCommand.h"
 #include "cli/SelftestCommand.h"
 #include "cli/ShowCommand.h"
+#include "cli/SuggestCommand.h"
 #include "cli/SyncCommand.h"
 #include "cli/TrashCommand.h"
 #include "cli/VersionsCommand.h"
@@ -38,6 +43,11 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<SyncCommand>());
     commands.push_back(std::make_unique<ModelStatusCommand>());
     commands.push_back(std::make_unique<CommentaryCommand>());
+    commands.push_back(std::make_unique<AskCommand>());
+    commands.push_back(std::make_unique<CheckQuotesCommand>());
+    commands.push_back(std::make_unique<PreachTimeCommand>());
+    commands.push_back(std::make_unique<PaceCommand>());
+    commands.push_back(std::make_unique<SuggestCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<SelftestCommand>());
     commands.push_back(std::make_unique<RefCommand>());

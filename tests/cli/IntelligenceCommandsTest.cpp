@@ -1,4 +1,10 @@
 #include "cli/Cli.h"
+#include "intelligence/SermonTagSuggester.h"
+#include "model/SermonCoding.h"
+#include "platform/Preferences.h"
+#include "preach/PreachPaceLearner.h"
+#include "support/ScopedEnvironment.h"
+#include "support/SermonFixtures.h"
 #include "support/StubModelServer.h"
 #include "support/TemporaryFolder.h"
 
@@ -87,6 +93,86 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
     CliRun bad = quillon({"commentary", "not a verse"});
     EXPECT_EQ(bad.status, 1);
     EXPECT_EQ(bad.err, "Quillon could not read “not a verse” as a scripture reference.\n");
+}
+
+/// A library of one sermon and preferences pointing at `endpoint`, all inside one temporary folder.
+class LibraryIntelligenceTest : public ::testing::Test {
+protected:
+    CliRun run(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {"--library", (folder / "library").string()});
+        return quillon(arguments);
+    }
+    void useEndpoint(const std::string& endpoint) {
+        platform::Preferences(folder / "config" / "Quillon" / "preferences.json")
+            .set("Quillon.intelligence.endpoint", endpoint);
+    }
+
+    testing::TemporaryFolder folder;
+    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", (folder / "config").string()};
+    testing::ScopedEnvironment data{"XDG_DATA_HOME", (folder / "data").string()};
+    model::SermonNote sermon = [this] {
+        model::SermonNote note = testing::makeSermon("Love that gives");
+        folder.write("library/Sermons/" + note.id.text() + ".json", model::encodeSermonFile(note));
+        return note;
+    }();
+};
+
+TEST_F(LibraryIntelligenceTest, askShowsTracedPointsOrTheSourcesWithTheReason) {
+    StubModelServer server;
+    server.queueChat(Behaviour::reply("1 || Love gives before it is asked."));
+    useEndpoint(server.endpoint());
+    CliRun generated = run({"ask", "love"});
+    EXPECT_EQ(generated.status, 0) << generated.err;
+    EXPECT_TRUE(generated.out.starts_with("[Generated] Every point below is answered by the source shown beneath "
+                                          "it.\n\nLove gives before it is asked.\n  — "))
+        << generated.out;
+
+    useEndpoint("http://127.0.0.1:1/v1");
+    CliRun fallback = run({"ask", "love"});
+    EXPECT_EQ(fallback.status, 0) << fallback.err;
+    EXPECT_TRUE(fallback.out.starts_with("No model was available to write an answer"));
+    EXPECT_NE(fallback.out.find("Quillon could not reach the local model server at http://127.0.0.1:1/v1.\n"),
+              std::string::npos)
+        << fallback.out;
+    EXPECT_EQ(fallback.out.find("[Generated]"), std::string::npos);
+}
+
+TEST_F(LibraryIntelligenceTest, preachTimeEstimatesAndPaceRecordStoresTheObservation) {
+    useEndpoint("http://127.0.0.1:1/v1");
+    CliRun estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
+    EXPECT_EQ(estimate.status, 0) << estimate.err;
+    EXPECT_TRUE(
+        estimate.out.starts_with("Every section counted as prose or scripture reading.\nAbout 1 min to preach\n"))
+        << estimate.out;
+    EXPECT_NE(estimate.out.find("  The love of God — 7 words, prose\n"), std::string::npos) << estimate.out;
+
+    CliRun recorded = run({"pace", "record", sermon.id.text(), "2.5"});
+    EXPECT_EQ(recorded.status, 0) << recorded.err;
+    auto observations = preach::PreachPaceLearner::storedObservations(
+        platform::Preferences(folder / "config" / "Quillon" / "preferences.json"));
+    ASSERT_EQ(observations.size(), 1u);
+    EXPECT_EQ(observations[0].sermonId, sermon.id);
+    EXPECT_EQ(observations[0].actualMinutes, 2.5);
+    EXPECT_GT(observations[0].proseWords, 0);
+
+    EXPECT_EQ(run({"pace", "record", sermon.id.text(), "0"}).err,
+              "The minutes a sermon took must be a number greater than zero.\n");
+    EXPECT_EQ(run({"preach-time", "no-such-sermon"}).status, 1);
+}
+
+TEST_F(LibraryIntelligenceTest, suggestWithoutAServerGivesTheFallbackCaptionAndTheReason) {
+    useEndpoint("http://127.0.0.1:1/v1");
+    const std::string reason = "Quillon could not reach the local model server at http://127.0.0.1:1/v1.\n";
+    for (const char* kind : {"tags", "questions", "titles", "rewrite"}) {
+        CliRun fallback = run({"suggest", kind, sermon.id.text()});
+        EXPECT_EQ(fallback.status, 0) << kind << fallback.err;
+        EXPECT_NE(fallback.out.find(reason), std::string::npos) << kind << fallback.out;
+        EXPECT_EQ(fallback.out.find("[Generated]"), std::string::npos) << kind;
+    }
+    EXPECT_TRUE(run({"suggest", "tags", sermon.id.text()})
+                    .out.starts_with(std::string(intelligence::SermonTagSuggester::fallbackCaption) + "\n" + reason));
+    EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--room", "attic"}).status, 1);
+    EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--section", "9"}).err, "This sermon has no section 9.\n");
 }
 
 } // namespace
