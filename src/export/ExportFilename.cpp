@@ -1,6 +1,7 @@
 #include "export/ExportFilename.h"
 
 #include "export/XmlText.h"
+#include "model/SermonDocument.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/unistr.h>
@@ -11,22 +12,8 @@ namespace quillon::exports {
 
 namespace {
 
-bool isForbidden(char c) {
-    switch (c) {
-    case '/':
-    case '\\':
-    case '?':
-    case '%':
-    case '*':
-    case '|':
-    case '"':
-    case '<':
-    case '>':
-    case ':':
-        return true;
-    default:
-        return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-    }
+bool isControl(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -64,10 +51,12 @@ std::string truncatedToCharacters(const std::string& text, std::size_t limit) {
 } // namespace
 
 std::string ExportFilename::make(std::string_view title, std::string_view extension) {
-    std::string safe;
-    // Trim first so a trailing line end is dropped instead of becoming a hyphen.
-    for (char c : validUtf8(trimmed(title)))
-        safe += isForbidden(c) ? '-' : c;
+    // The document rule (ten characters to hyphens, trimmed) first, so a trailing line end is
+    // dropped instead of becoming a hyphen; control characters inside the title go the same way.
+    std::string safe = model::safeFileName(validUtf8(title));
+    for (char& c : safe)
+        if (isControl(c))
+            c = '-';
     std::string name(trimmed(safe));
     // A leading dot would hide the file from the user's file manager.
     while (!name.empty() && name.front() == '.')
