@@ -7,8 +7,6 @@
 #include "export/SermonPowerPointExporter.h"
 #include "export/SermonRtfExporter.h"
 #include "export/SermonWordExporter.h"
-#include "model/SermonCoding.h"
-#include "platform/AtomicFile.h"
 #include "platform/Paths.h"
 
 #include <ostream>
@@ -16,26 +14,6 @@
 namespace quillon::cli {
 
 namespace {
-
-/// The sermon's own file in the library: <root>/Sermons/<UUID>.json.
-model::SermonNote loadSermon(const CommandContext& context, const std::string& id) {
-    const auto uuid = model::Uuid::parse(id);
-    if (!uuid)
-        throw UserError("“" + id + "” is not a sermon id.");
-    const std::filesystem::path root = context.library.value_or(platform::applicationDataFolder());
-    const std::filesystem::path file = root / "Sermons" / (uuid->text() + ".json");
-    std::string bytes;
-    try {
-        bytes = platform::readFile(file);
-    } catch (const platform::FileError&) {
-        throw UserError("Quillon could not find a sermon with the id " + uuid->text() + ".");
-    }
-    try {
-        return model::decodeSermonFile(bytes);
-    } catch (const model::DecodingError& error) {
-        throw UserError("Quillon could not read the sermon " + uuid->text() + ": " + error.what());
-    }
-}
 
 std::unique_ptr<exports::SermonExporter> exporterFor(const std::string& format,
                                                      const exports::VerseTextSource& verses) {
@@ -61,8 +39,9 @@ void ExportCommand::configure(CLI::App& command) {
         ->type_name("PATH");
 }
 
-int ExportCommand::execute(CommandContext& context) {
-    const model::SermonNote sermon = loadSermon(context, m_id);
+int ExportCommand::run(CommandContext& context, Library& library) {
+    // Through the store, so the sync folder chosen in preferences is honoured like everywhere else.
+    const model::SermonNote& sermon = library.find(m_id);
     const auto verses = exportVerseSource();
     const auto exporter = exporterFor(m_format, *verses);
     try {

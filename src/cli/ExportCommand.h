@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/Command.h"
+#include "cli/LibraryCommand.h"
 
 #include <string>
 
@@ -8,14 +8,16 @@ namespace quillon::cli {
 
 /// `quillon export ID --format docx|pptx|md|rtf|pdf [-o PATH]`: writes one sermon as a document
 /// and prints where it went.
-class ExportCommand : public Command {
+class ExportCommand : public LibraryCommand {
 public:
     std::string name() const override { return "export"; }
     std::string description() const override {
         return "Write a sermon as a Word, PowerPoint, Markdown, RTF or PDF file";
     }
     void configure(CLI::App& command) override;
-    int execute(CommandContext& context) override;
+
+protected:
+    int run(CommandContext& context, Library& library) override;
 
 private:
     std::string m_id;

@@ -1,5 +1,6 @@
 #include "../export/ExportTestSupport.h"
 
+#include "LibraryRun.h"
 #include "cli/Cli.h"
 #include "model/SermonCoding.h"
 #include "support/TemporaryFolder.h"
@@ -25,51 +26,66 @@ Outcome run(const std::vector<std::string>& arguments) {
     return {status, out.str(), err.str()};
 }
 
+class ExportCommandTest : public testing::LibraryRun {
+protected:
+    model::SermonNote seedSample() {
+        const auto sermon = testing::sampleSermon();
+        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+        return sermon;
+    }
+};
+
 } // namespace
 
-TEST(ExportCommand, writesEachFormatAndPrintsThePath) {
-    testing::TemporaryFolder library;
-    const auto sermon = testing::sampleSermon();
-    library.write("Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+TEST_F(ExportCommandTest, writesEachFormatAndPrintsThePath) {
+    const auto sermon = seedSample();
+    const auto output = folder / "out";
+    std::filesystem::create_directories(output);
     const std::vector<std::pair<std::string, std::string>> formats{
         {"docx", "PK"}, {"pptx", "PK"}, {"md", "# Grace & Truth"}, {"rtf", "{\\rtf1"}, {"pdf", "%PDF-"}};
     for (const auto& [format, start] : formats) {
-        const auto outcome = run({"--library", library.path().string(), "export", sermon.id.text(), "--format", format,
-                                  "-o", library.path().string()});
-        const auto expected = library / ("Grace & Truth." + format);
+        const auto outcome = run({"export", sermon.id.text(), "--format", format, "-o", output.string()});
+        const auto expected = output / ("Grace & Truth." + format);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         EXPECT_EQ(outcome.out, expected.string() + "\n");
         EXPECT_TRUE(testing::readText(expected).starts_with(start)) << format;
     }
-    const auto named = library / "chosen name.docx";
-    EXPECT_EQ(run({"--library", library.path().string(), "export", sermon.id.text(), "--format", "docx", "-o",
-                   named.string()})
-                  .out,
+    const auto named = output / "chosen name.docx";
+    EXPECT_EQ(run({"export", sermon.id.text().substr(0, 8), "--format", "docx", "-o", named.string()}).out,
               named.string() + "\n");
 }
 
-TEST(ExportCommand, reportsFailuresWithASentence) {
-    testing::TemporaryFolder library;
+TEST_F(ExportCommandTest, findsTheSermonInTheSyncFolderChosenInPreferences) {
     const auto sermon = testing::sampleSermon();
-    library.write("Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
-    const std::string root = library.path().string();
+    const auto synced = folder / "synced";
+    folder.write("synced/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+    folder.write("config/Quillon/preferences.json",
+                 R"({"Quillon.sampleSermonsHidden": true, "Quillon.storage.syncFolder": ")" + synced.string() + "\"}");
+    const auto target = folder / "from sync.md";
+    const auto outcome = ::quillon::cli::run({"export", sermon.id.text(), "--format", "md", "-o", target.string()});
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_TRUE(testing::readText(target).starts_with("# Grace & Truth"));
+}
+
+TEST_F(ExportCommandTest, reportsFailuresWithASentence) {
+    const auto sermon = seedSample();
     struct Case {
         std::vector<std::string> arguments;
         std::string err;
     };
     const std::vector<Case> cases{
-        {{"--library", root, "export", sermon.id.text(), "--format", "docx", "-o", "/nonexistent/x.docx"},
+        {{"export", sermon.id.text(), "--format", "docx", "-o", "/nonexistent/x.docx"},
          "Export Failed\nQuillon could not create the Word document.\n"},
-        {{"--library", root, "export", "not-an-id", "--format", "md"}, "“not-an-id” is not a sermon id.\n"},
-        {{"--library", root, "export", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F", "--format", "md"},
-         "Quillon could not find a sermon with the id E621E1F8-C36C-495A-93FC-0C247A3E6E5F.\n"},
+        {{"export", "not-an-id", "--format", "md"}, "No sermon has the id “not-an-id”.\n"},
+        {{"export", "E621E1F8-C36C-495A-93FC-0C247A3E6E5F", "--format", "md"},
+         "No sermon has the id “E621E1F8-C36C-495A-93FC-0C247A3E6E5F”.\n"},
     };
     for (const auto& c : cases) {
         const auto outcome = run(c.arguments);
         EXPECT_EQ(outcome.status, 1);
         EXPECT_EQ(outcome.err, c.err);
     }
-    EXPECT_EQ(run({"--library", root, "export", sermon.id.text(), "--format", "odt"}).status, 1);
+    EXPECT_EQ(run({"export", sermon.id.text(), "--format", "odt"}).status, 1);
 }
 
 TEST(SelftestCommand, printsOneLinePerCheckAndFailsWhenOneNeedsAttention) {
