@@ -20,14 +20,6 @@ std::string dayText(model::DateTime date) {
     return text;
 }
 
-std::string oneLine(std::string_view text) {
-    std::string joined;
-    for (const std::string& line : splitLines(text))
-        if (!line.empty())
-            joined += (joined.empty() ? "" : " ") + line;
-    return joined;
-}
-
 /// Paragraph text: every line escaped; blank lines kept so paragraphs stay apart.
 std::string block(std::string_view text) {
     std::string result;

@@ -41,14 +41,6 @@ struct PlacedLine {
     std::string colour;
 };
 
-std::string oneLine(std::string_view text) {
-    std::string joined;
-    for (const std::string& line : splitLines(text))
-        if (!line.empty())
-            joined += (joined.empty() ? "" : " ") + line;
-    return joined;
-}
-
 std::string dayText(model::DateTime date) {
     const std::chrono::year_month_day day{std::chrono::floor<std::chrono::days>(date)};
     char text[16];

@@ -38,14 +38,6 @@ void appendNotes(RichText& out, const std::string& plain, const std::optional<st
     }
 }
 
-std::string oneLine(std::string_view text) {
-    std::string joined;
-    for (const std::string& line : splitLines(text))
-        if (!line.empty())
-            joined += (joined.empty() ? "" : " ") + line;
-    return joined;
-}
-
 } // namespace
 
 RichText SermonRtfExporter::richText(const model::SermonNote& sermon) const {

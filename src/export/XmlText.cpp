@@ -126,4 +126,12 @@ std::vector<std::string> splitLines(std::string_view text) {
     return lines;
 }
 
+std::string oneLine(std::string_view text) {
+    std::string joined;
+    for (const std::string& line : splitLines(text))
+        if (!line.empty())
+            joined += (joined.empty() ? "" : " ") + line;
+    return joined;
+}
+
 } // namespace quillon::exports

@@ -20,4 +20,7 @@ std::string escapeXml(std::string_view text);
 /// Splits at "\n" (a "\r\n" or lone "\r" counts as one line end); an empty text is one empty line.
 std::vector<std::string> splitLines(std::string_view text);
 
+/// The non-empty lines of `text` joined by single spaces: a title or heading that must fit one line.
+std::string oneLine(std::string_view text);
+
 } // namespace quillon::exports

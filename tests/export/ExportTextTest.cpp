@@ -56,6 +56,8 @@ TEST(XmlText, dropsWhatXmlCannotCarry) {
 TEST(XmlText, splitsLinesAtEveryKindOfLineEnd) {
     EXPECT_EQ(splitLines("a\r\nb\rc\nd"), (std::vector<std::string>{"a", "b", "c", "d"}));
     EXPECT_EQ(splitLines(""), (std::vector<std::string>{""}));
+    EXPECT_EQ(oneLine("Grace\r\n\n  and truth\r"), "Grace   and truth");
+    EXPECT_EQ(oneLine("\n\n"), "");
 }
 
 TEST(OutlineNumbering, writesRomanNumeralsGreedilyAndLettersLikeColumns) {
