@@ -2,6 +2,7 @@
 
 #include "platform/FileError.h"
 #include "support/FakeClock.h"
+#include "support/ScopedTimeZone.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -14,28 +15,8 @@ namespace {
 using namespace std::chrono;
 using orvane::TrashFolder;
 using quillon::testing::FakeClock;
+using quillon::testing::ScopedTimeZone;
 using quillon::testing::TemporaryFolder;
-
-/// Sets TZ for the life of the object and puts the previous value back.
-class ScopedTimeZone {
-public:
-    explicit ScopedTimeZone(const char* zone) {
-        if (const char* old = std::getenv("TZ"))
-            m_previous = old;
-        ::setenv("TZ", zone, 1);
-        ::tzset();
-    }
-    ~ScopedTimeZone() {
-        if (m_previous)
-            ::setenv("TZ", m_previous->c_str(), 1);
-        else
-            ::unsetenv("TZ");
-        ::tzset();
-    }
-
-private:
-    std::optional<std::string> m_previous;
-};
 
 sys_seconds utc(int y, int m, int d, int h, int min = 0) {
     return sys_days{year{y} / m / d} + hours{h} + minutes{min};

@@ -4,6 +4,7 @@
 #include "store/SermonStorage.h"
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
+#include "support/ScopedTimeZone.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -21,27 +22,8 @@ using quillon::store::SermonNotesManager;
 using quillon::store::SermonStorage;
 using quillon::store::SermonTrashManager;
 using quillon::testing::FakeClock;
+using quillon::testing::ScopedTimeZone;
 using quillon::testing::TemporaryFolder;
-
-class ScopedTimeZone {
-public:
-    explicit ScopedTimeZone(const char* zone) {
-        if (const char* old = std::getenv("TZ"))
-            m_previous = old;
-        ::setenv("TZ", zone, 1);
-        ::tzset();
-    }
-    ~ScopedTimeZone() {
-        if (m_previous)
-            ::setenv("TZ", m_previous->c_str(), 1);
-        else
-            ::unsetenv("TZ");
-        ::tzset();
-    }
-
-private:
-    std::optional<std::string> m_previous;
-};
 
 /// A loaded library in a temporary folder with a trash on it.
 struct Library {
