@@ -1,5 +1,6 @@
 #include "cli/SearchCommand.h"
 
+#include "intelligence/LocalModelEmbedding.h"
 #include "orvane/QueryCorrection.h"
 #include "search/SermonSearchDisplayHit.h"
 #include "search/SermonSearchIndex.h"
@@ -26,7 +27,7 @@ int SearchCommand::run(CommandContext& context, Library& library) {
         query += (query.empty() ? "" : " ") + word;
 
     const auto& sermons = library.manager().sermons();
-    search::SermonSearchIndex index;
+    search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
     index.refresh(sermons);
     const auto result = index.search(query, m_limit);
     const auto banner = orvane::QueryCorrection::bannerText(result.corrections);

@@ -1,6 +1,11 @@
 #include "intelligence/LocalModelEmbedding.h"
 
+#include "orvane/SentenceEmbedding.h"
 #include "platform/Preferences.h"
+
+#include <spdlog/spdlog.h>
+
+#include <algorithm>
 
 namespace quillon::intelligence {
 
@@ -9,6 +14,23 @@ std::shared_ptr<LocalModelEmbedding> LocalModelEmbedding::fromPreferences(const 
     if (!settings.embeddings || preferences.boolean(LocalModelSettings::disabledKey, false))
         return nullptr;
     return std::make_shared<LocalModelEmbedding>(std::make_shared<LocalModelBackend>(settings));
+}
+
+std::shared_ptr<const orvane::TextEmbedding> LocalModelEmbedding::forSearch(const platform::Preferences& preferences) {
+    LocalModelSettings settings = LocalModelSettings::fromPreferences(preferences);
+    if (!settings.embeddings || preferences.boolean(LocalModelSettings::disabledKey, false))
+        return nullptr;
+    // A search embeds every changed sermon and then the query, one request each: a server that hangs must not hold a
+    // search for the chat timeout (minutes) per request, and embedding one text takes a server well under this.
+    settings.replyTimeout = std::min(settings.replyTimeout, std::chrono::milliseconds(10000));
+    auto server = std::make_shared<LocalModelEmbedding>(std::make_shared<LocalModelBackend>(settings));
+    // One probe decides for the whole index, so its vectors all come from one model: cosines between vectors of two
+    // different embeddings would mean nothing.
+    if (server->vector("Quillon"))
+        return server;
+    spdlog::warn("The local model server at {} gave no embeddings; sermon search uses the built-in embedding.",
+                 settings.endpoint);
+    return orvane::SentenceEmbedding::english();
 }
 
 std::optional<std::vector<double>> LocalModelEmbedding::vector(std::string_view text) const {

@@ -17,6 +17,11 @@ public:
     /// "Quillon.intelligence.embeddings" is on and intelligence is not switched off; else none.
     static std::shared_ptr<LocalModelEmbedding> fromPreferences(const platform::Preferences& preferences);
 
+    /// The embedding a sermon search index should be given: none while "Quillon.intelligence.embeddings" is off (the
+    /// search then ranks lexically); the server's when it is on and the server embeds a first text; otherwise the
+    /// built-in sentence embedding, with one log line saying so. Never throws.
+    static std::shared_ptr<const orvane::TextEmbedding> forSearch(const platform::Preferences& preferences);
+
     orvane::SearchHit::Match match() const override { return orvane::SearchHit::Match::contextual; }
     std::optional<std::vector<double>> vector(std::string_view text) const override;
 

@@ -8,8 +8,8 @@
 namespace quillon::search {
 namespace {
 
-// Sermon search ranks lexically, so a semantic threshold never applies; it is kept at the value the unified search
-// would use if an embedding were ever given to sermons.
+// The threshold a semantic hit must pass when the application gives sermon search an embedding; without one the
+// search is lexical and it never applies.
 constexpr double sermonMinimumScore = 0.55;
 
 std::string printedScripture(const model::SermonScripture& scripture) {
@@ -32,7 +32,8 @@ void appendPiece(std::vector<std::string>& pieces, std::string piece) {
 
 } // namespace
 
-SermonSearchIndex::SermonSearchIndex() : m_index(nullptr, sermonMinimumScore) {}
+SermonSearchIndex::SermonSearchIndex(std::shared_ptr<const orvane::TextEmbedding> embedding)
+    : m_index(std::move(embedding), sermonMinimumScore) {}
 
 std::vector<std::string> SermonSearchIndex::documentPieces(const model::SermonNote& sermon) {
     std::vector<std::string> pieces;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -17,10 +18,13 @@
 namespace quillon::search {
 
 /// One searchable document per sermon of the library, rebuilt only when the library has changed since the last
-/// build. Sermon search is lexical by design: no embedding is computed for sermons.
+/// build. Sermon search is lexical unless the application hands it an embedding (the local model server's, when the
+/// preacher turns it on); this module never chooses one itself.
 class SermonSearchIndex {
 public:
-    SermonSearchIndex();
+    /// A lexical index; with `embedding`, sermons and queries that have a vector are ranked by it instead, a
+    /// semantic hit scoring strictly above 0.55.
+    explicit SermonSearchIndex(std::shared_ptr<const orvane::TextEmbedding> embedding = nullptr);
 
     /// Brings the index up to date with `sermons` (the library in its own order). An unchanged library costs one pass
     /// of hashing and no index work; a changed one removes the sermons that disappeared and re-upserts the rest,

@@ -1,14 +1,18 @@
 #include "cli/Cli.h"
 
 #include "model/SermonCoding.h"
+#include "platform/Preferences.h"
+#include "support/LogCapture.h"
 #include "support/ScopedEnvironment.h"
 #include "support/SermonFixtures.h"
+#include "support/StubModelServer.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <set>
 #include <sstream>
 
 namespace quillon::cli {
@@ -99,6 +103,49 @@ TEST_F(SearchCommandTest, rejectsAMissingQueryAndANonPositiveLimit) {
         EXPECT_EQ(result.status, 1) << arguments.size();
         EXPECT_FALSE(result.err.empty());
     }
+}
+
+TEST_F(SearchCommandTest, rankByTheModelServersEmbeddingsOnlyWhenTurnedOnAndAnswering) {
+    testing::StubModelServer server;
+    platform::Preferences preferences(folder / "config" / "Quillon" / "preferences.json");
+    preferences.set("Quillon.intelligence.endpoint", server.endpoint());
+    auto matches = [this] {
+        std::set<std::string> kinds;
+        const auto json = nlohmann::json::parse(run({"--json", "search", "forgiveness"}).out);
+        for (const auto& hit : json["hits"])
+            kinds.insert(hit["match"].get<std::string>());
+        return kinds;
+    };
+    auto embeddingRequests = [&server] {
+        const auto requests = server.requests();
+        return std::count_if(requests.begin(), requests.end(),
+                             [](const auto& request) { return request.target == "/v1/embeddings"; });
+    };
+
+    EXPECT_EQ(matches(), std::set<std::string>{"lexical"});
+    EXPECT_EQ(embeddingRequests(), 0) << "embeddings are off by default";
+
+    preferences.set("Quillon.intelligence.embeddings", true);
+    EXPECT_EQ(matches(), std::set<std::string>{"contextual"});
+    // A probe, the two sermons and the query.
+    EXPECT_EQ(embeddingRequests(), 4);
+
+    // The server is gone: one log line, and the search still answers, lexically, exactly as before.
+    preferences.set("Quillon.intelligence.endpoint", "http://127.0.0.1:1/v1");
+    testing::LogCapture log;
+    const auto result = run({"search", "forgiveness", "ledger"});
+    EXPECT_EQ(result.out, "1.00  Seventy Times Seven  —  Matthew · March 16, 2025  —  Forgiveness has no ledger.\n");
+    const auto lines = log.lines();
+    EXPECT_EQ(
+        std::count_if(lines.begin(), lines.end(),
+                      [](const std::string& line) { return line.find("gave no embeddings") != std::string::npos; }),
+        1)
+        << ::testing::PrintToString(lines);
+
+    // A server that answers embeddings with an error counts as not answering.
+    preferences.set("Quillon.intelligence.endpoint", server.endpoint());
+    server.setEmbeddingsBehaviour(testing::StubModelServer::Behaviour::statusCode(500, "{}"));
+    EXPECT_EQ(matches(), std::set<std::string>{"lexical"});
 }
 
 } // namespace
