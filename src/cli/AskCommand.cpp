@@ -3,15 +3,21 @@
 #include "cli/Library.h"
 #include "cli/OutcomeReport.h"
 #include "intelligence/AskYourLibrary.h"
+#include "intelligence/LocalModelEmbedding.h"
 #include "intelligence/SharedRouter.h"
+#include "orvane/LexicalTokenizer.h"
+#include "orvane/StopWords.h"
+#include "scripture/BibleBook.h"
 #include "scripture/BibleLoader.h"
 #include "scripture/ReferenceParser.h"
+#include "search/SermonSearchDisplayHit.h"
 #include "search/SermonSearchIndex.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include <ostream>
+#include <set>
 
 namespace quillon::cli {
 
@@ -20,10 +26,14 @@ namespace {
 /// Enough sources to answer from without burying the model's prompt.
 constexpr int sermonSourceLimit = 5;
 constexpr std::size_t verseSourceLimit = 5;
-constexpr std::size_t excerptLength = 400;
 
-intelligence::LibrarySource sermonSource(const model::SermonNote& sermon) {
-    intelligence::LibrarySource::Sermon source{sermon.title, sermon.notes.substr(0, excerptLength), {}};
+intelligence::LibrarySource sermonSource(const model::SermonNote& sermon, const orvane::SearchHit& hit,
+                                         const std::string& question,
+                                         const std::vector<orvane::QueryCorrection>& corrections) {
+    // The sentence that matched says more about the question than the opening notes, which may be empty when the
+    // sermon matched on its outline.
+    std::string excerpt = search::SermonSearchDisplayHit::make(hit, sermon, question, corrections).snippet;
+    intelligence::LibrarySource::Sermon source{sermon.title, std::move(excerpt), {}};
     for (const model::SermonTopic& topic : sermon.topics)
         for (const model::SermonSubTopic& subTopic : topic.subTopics)
             for (const model::SermonScripture& scripture : subTopic.scriptures) {
@@ -35,18 +45,38 @@ intelligence::LibrarySource sermonSource(const model::SermonNote& sermon) {
     return {source};
 }
 
+/// Verses for the question as typed (a reference, a topic or words that must all occur) and, when that finds none,
+/// for any of its meaningful words: a question in a sentence ("What have I taught about love?") rarely has every
+/// one of its words in a single verse.
+std::vector<scripture::BibleSearchResult> matchingVerses(const std::string& question) {
+    scripture::BibleLoader loader;
+    std::vector<scripture::BibleSearchResult> results = loader.search(question, {}, verseSourceLimit);
+    if (!results.empty())
+        return results;
+    std::string anyWord;
+    std::set<std::string> seen;
+    for (const std::string& word : orvane::LexicalTokenizer::tokens(question, 2, true))
+        if (orvane::StopWords::isMeaningful(word, 3) && seen.insert(word).second)
+            anyWord += (anyWord.empty() ? "" : " OR ") + word;
+    return anyWord.empty() ? results : loader.search(anyWord, {}, verseSourceLimit);
+}
+
 std::vector<intelligence::LibrarySource> sourcesFor(const std::string& question, Library& library) {
     std::vector<intelligence::LibrarySource> sources;
     const std::vector<model::SermonNote>& sermons = library.manager().sermons();
-    search::SermonSearchIndex index;
+    search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
     index.refresh(sermons);
-    for (const orvane::SearchHit& hit : index.search(question, sermonSourceLimit).hits)
+    orvane::CorrectedSearch found = index.search(question, sermonSourceLimit);
+    for (const orvane::SearchHit& hit : found.hits)
         for (const model::SermonNote& sermon : sermons)
             if (sermon.id.text() == hit.documentID)
-                sources.push_back(sermonSource(sermon));
-    scripture::BibleLoader loader;
-    for (const scripture::BibleSearchResult& result : loader.search(question, {}, verseSourceLimit)) {
-        const scripture::BibleBook* book = scripture::resolveBookInTable(result.verse.bookAbbreviation);
+                sources.push_back(sermonSource(sermon, hit, question, found.corrections));
+    for (const scripture::BibleSearchResult& result : matchingVerses(question)) {
+        // The verse files name books by the table's own abbreviations ("1The"), which the reader of typed names does
+        // not always take.
+        const scripture::BibleBook* book = scripture::bibleBookWithAbbreviation(result.verse.bookAbbreviation);
+        if (!book)
+            book = scripture::resolveBookInTable(result.verse.bookAbbreviation);
         sources.push_back(
             {intelligence::LibrarySource::Verse{book ? book->name : result.verse.bookAbbreviation, result.verse.chapter,
                                                 result.verse.verse, result.version, result.verse.text}});
@@ -94,7 +124,10 @@ int AskCommand::run(CommandContext& context, Library& library) {
             context.out << "\n" << point.text << "\n  — " << point.source.label() << "\n";
         return 0;
     }
-    writeOutcomeHeader(context.out, outcome.path, false, "", intelligence::AskYourLibrary::unsummarised);
+    // A model that answered NONE, or whose every point was dropped, leaves the sources to speak for themselves just as
+    // a missing model does, under the same caption.
+    writeOutcomeHeader(context.out, outcome.path.isGenerated() ? orvane::IntelligencePath::fallback() : outcome.path,
+                       false, "", intelligence::AskYourLibrary::unsummarised);
     for (const auto& source : sources)
         context.out << "\n" << source.line() << "\n";
     return 0;
