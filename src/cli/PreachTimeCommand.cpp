@@ -31,16 +31,19 @@ int PreachTimeCommand::run(CommandContext& context, Library& library) {
         return verses->passage(scripture).text;
     };
     auto router = intelligence::makeSharedRouter(library.preferences());
-    preach::PreachTimeEstimate estimate =
-        preach::PreachTimeCategoriser::categorisedEstimate(sermon, pace, scriptureText, *router);
+    auto outcome = preach::PreachTimeCategoriser::categorisedEstimate(sermon, pace, scriptureText, *router);
+    const preach::PreachTimeEstimate& estimate = outcome.value;
 
     if (context.json) {
         nlohmann::ordered_json json = {{"id", sermon.id.text()},
                                        {"minutes", estimate.minutes},
                                        {"formatted", preach::PreachTimeEstimate::formatted(estimate.minutes)},
-                                       {"path", estimate.wasCategorised ? "generated" : "fallback"},
+                                       {"path", pathName(outcome.path)},
+                                       {"generated", outcome.needsGeneratedLabel},
                                        {"wordsPerMinute", pace.wordsPerMinute},
                                        {"sections", nlohmann::json::array()}};
+        if (outcome.path.reason())
+            json["reason"] = outcome.path.reason()->message();
         for (const preach::PreachTimeEstimate::Section& section : estimate.sections)
             json["sections"].push_back({{"title", section.title},
                                         {"words", section.words},
@@ -48,10 +51,10 @@ int PreachTimeCommand::run(CommandContext& context, Library& library) {
         context.out << json.dump(2) << "\n";
         return 0;
     }
-    if (estimate.wasCategorised)
-        context.out << generatedLabel << " " << categorisedCaption << "\n";
-    else
-        context.out << uncategorisedCaption << "\n";
+    // The categoriser's labels need no generated label (they only change how words are timed), so the outcome's own
+    // flag decides, as for every other feature.
+    writeOutcomeHeader(context.out, outcome.path, outcome.needsGeneratedLabel, categorisedCaption,
+                       uncategorisedCaption);
     context.out << "About " << preach::PreachTimeEstimate::formatted(estimate.minutes) << " to preach\n"
                 << pace.explanation() << "\n";
     for (const preach::PreachTimeEstimate::Section& section : estimate.sections)

@@ -102,19 +102,21 @@ std::vector<Delivery> PreachTimeCategoriser::generate(const std::vector<PreachTi
     return parseReply(reply, sections);
 }
 
-PreachTimeEstimate PreachTimeCategoriser::categorisedEstimate(const model::SermonNote& sermon, const PreachPace& pace,
-                                                              const ScriptureTextProvider& scriptureText,
-                                                              const orvane::ModelRouter& router) {
+orvane::IntelligenceOutcome<PreachTimeEstimate>
+PreachTimeCategoriser::categorisedEstimate(const model::SermonNote& sermon, const PreachPace& pace,
+                                           const ScriptureTextProvider& scriptureText,
+                                           const orvane::ModelRouter& router) {
     std::vector<PreachTimeEstimate::SectionText> parts = PreachTimeEstimate::sectionsOf(sermon, scriptureText);
     std::vector<PreachTimeEstimate::Section> sections;
     for (const auto& part : parts)
         sections.push_back(part.section);
     if (parts.empty())
-        return PreachTimeEstimate::estimate(std::move(sections), pace);
+        return {PreachTimeEstimate::estimate(std::move(sections), pace), orvane::IntelligencePath::fallback(), false};
     orvane::IntelligenceOutcome<std::vector<Delivery>> outcome = orvane::run(PreachTimeCategoriser(), parts, router);
     for (std::size_t position = 0; position < sections.size() && position < outcome.value.size(); ++position)
         sections[position].delivery = outcome.value[position];
-    return PreachTimeEstimate::estimate(std::move(sections), pace, outcome.path.isGenerated());
+    return {PreachTimeEstimate::estimate(std::move(sections), pace, outcome.path.isGenerated()), outcome.path,
+            outcome.needsGeneratedLabel};
 }
 
 } // namespace quillon::preach

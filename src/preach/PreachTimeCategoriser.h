@@ -33,10 +33,12 @@ public:
                                             const std::vector<PreachTimeEstimate::SectionText>& sections);
 
     /// The sermon's estimate with the model's labels when a model answered usefully
-    /// (`wasCategorised` true), else the uncategorised estimate.
-    static PreachTimeEstimate categorisedEstimate(const model::SermonNote& sermon, const PreachPace& pace,
-                                                  const ScriptureTextProvider& scriptureText,
-                                                  const orvane::ModelRouter& router);
+    /// (`wasCategorised` true), else the uncategorised estimate, with the path that produced it so
+    /// the caller can say why the labels are missing. A sermon without sections asks no model and
+    /// takes the fallback path with no reason.
+    static orvane::IntelligenceOutcome<PreachTimeEstimate>
+    categorisedEstimate(const model::SermonNote& sermon, const PreachPace& pace,
+                        const ScriptureTextProvider& scriptureText, const orvane::ModelRouter& router);
 };
 
 } // namespace quillon::preach

@@ -12,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 
 namespace quillon::cli {
@@ -142,7 +143,8 @@ TEST_F(LibraryIntelligenceTest, preachTimeEstimatesAndPaceRecordStoresTheObserva
     CliRun estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
     EXPECT_EQ(estimate.status, 0) << estimate.err;
     EXPECT_TRUE(
-        estimate.out.starts_with("Every section counted as prose or scripture reading.\nAbout 1 min to preach\n"))
+        estimate.out.starts_with("Every section counted as prose or scripture reading.\nQuillon could not reach "
+                                 "the local model server at http://127.0.0.1:1/v1.\nAbout 1 min to preach\n"))
         << estimate.out;
     EXPECT_NE(estimate.out.find("  The love of God — 7 words, prose\n"), std::string::npos) << estimate.out;
 
@@ -173,6 +175,50 @@ TEST_F(LibraryIntelligenceTest, suggestWithoutAServerGivesTheFallbackCaptionAndT
                     .out.starts_with(std::string(intelligence::SermonTagSuggester::fallbackCaption) + "\n" + reason));
     EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--room", "attic"}).status, 1);
     EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--section", "9"}).err, "This sermon has no section 9.\n");
+}
+
+TEST_F(LibraryIntelligenceTest, preachTimeSaysWhoLabelledTheSectionsAndWhyNoModelDid) {
+    StubModelServer server;
+    const std::string uncategorised = "Every section counted as prose or scripture reading.\n";
+    struct Case {
+        std::string name;
+        std::string endpoint;
+        bool disabled;
+        std::optional<std::string> reply;
+        std::string header;
+        bool listed;
+    };
+    const std::vector<Case> cases = {
+        {"no server", "http://127.0.0.1:1/v1", false, std::nullopt,
+         uncategorised + "Quillon could not reach the local model server at http://127.0.0.1:1/v1.\n", false},
+        {"switched off", server.endpoint(), true, std::nullopt,
+         uncategorised + "Intelligence features are switched off in Settings.\n", false},
+        // A model that answers nonsense leaves no reason to give: its error is never shown.
+        {"unreadable reply", server.endpoint(), false, "Mostly prose, I would say.", uncategorised, false},
+        // The labels only change how words are timed, so they carry no generated label.
+        {"labelled", server.endpoint(), false, "0: list\n1: list\n2: list",
+         "Sections labelled as prose or list by a model.\n", true},
+    };
+    for (const Case& test : cases) {
+        useEndpoint(test.endpoint);
+        platform::Preferences(folder / "config" / "Quillon" / "preferences.json")
+            .set("Quillon.intelligenceDisabled", test.disabled);
+        if (test.reply)
+            server.queueChat(Behaviour::reply(*test.reply));
+        CliRun estimate = run({"preach-time", sermon.id.text()});
+        EXPECT_EQ(estimate.status, 0) << test.name << estimate.err;
+        EXPECT_TRUE(estimate.out.starts_with(test.header + "About ")) << test.name << ":\n" << estimate.out;
+        EXPECT_EQ(estimate.out.find(", list\n") != std::string::npos, test.listed) << test.name;
+
+        nlohmann::json json = nlohmann::json::parse(run({"--json", "preach-time", sermon.id.text()}).out);
+        EXPECT_EQ(json["generated"], false) << test.name;
+        if (test.endpoint != server.endpoint() || test.disabled)
+            EXPECT_EQ(json["reason"],
+                      test.header.substr(uncategorised.size(), test.header.size() - uncategorised.size() - 1))
+                << test.name;
+        else
+            EXPECT_FALSE(json.contains("reason")) << test.name;
+    }
 }
 
 } // namespace

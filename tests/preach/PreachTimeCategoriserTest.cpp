@@ -79,23 +79,28 @@ TEST(PreachTimeCategoriser, aModelLabelIsUsedWithoutTheGeneratedLabel) {
     ASSERT_EQ(backend->requests.size(), 1u);
     EXPECT_EQ(backend->requests[0].instructions, PreachTimeCategoriser::instructions);
 
-    PreachTimeEstimate categorised =
-        PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, router);
-    EXPECT_TRUE(categorised.wasCategorised);
-    EXPECT_EQ(categorised.sections[0].delivery, Delivery::list);
+    auto categorised = PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, router);
+    EXPECT_TRUE(categorised.value.wasCategorised);
+    EXPECT_EQ(categorised.path, orvane::IntelligencePath::generated(IntelligenceBackendKind::onDevice));
+    EXPECT_FALSE(categorised.needsGeneratedLabel);
+    EXPECT_EQ(categorised.value.sections[0].delivery, Delivery::list);
     PreachTimeEstimate plain = PreachTimeEstimate::estimate(sermonWithList(), PreachPace{}, micah);
-    EXPECT_GT(categorised.minutes, plain.minutes);
+    EXPECT_GT(categorised.value.minutes, plain.minutes);
 
+    // Without a backend the reason travels with the uncategorised estimate; a model that answers nonsense leaves
+    // no reason, since its error is never shown.
     orvane::ModelRouter empty(probe);
-    PreachTimeEstimate uncategorised =
-        PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, empty);
-    EXPECT_FALSE(uncategorised.wasCategorised);
-    EXPECT_DOUBLE_EQ(uncategorised.minutes, plain.minutes);
+    auto uncategorised = PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, empty);
+    EXPECT_FALSE(uncategorised.value.wasCategorised);
+    EXPECT_EQ(uncategorised.path,
+              orvane::IntelligencePath::fallback(orvane::IntelligenceUnavailableReason::notConfigured()));
+    EXPECT_DOUBLE_EQ(uncategorised.value.minutes, plain.minutes);
 
     auto nonsense = std::make_shared<ScriptedBackend>("I think these are mostly prose.");
     orvane::ModelRouter confused(probe, {nonsense});
-    EXPECT_FALSE(
-        PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, confused).wasCategorised);
+    auto unread = PreachTimeCategoriser::categorisedEstimate(sermonWithList(), PreachPace{}, micah, confused);
+    EXPECT_FALSE(unread.value.wasCategorised);
+    EXPECT_EQ(unread.path, orvane::IntelligencePath::fallback());
 }
 
 } // namespace
