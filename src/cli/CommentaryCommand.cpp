@@ -45,7 +45,8 @@ int CommentaryCommand::execute(CommandContext& context) {
         return 0;
     }
     if (answer.sources.empty()) {
-        context.out << intelligence::PassageCommentary::noNotes << "\n";
+        // Nothing to show either way, but the preacher still learns why no model was asked.
+        writeOutcomeHeader(context.out, outcome.path, false, "", intelligence::PassageCommentary::noNotes);
         return 0;
     }
     writeOutcomeHeader(context.out, outcome.path, outcome.needsGeneratedLabel,

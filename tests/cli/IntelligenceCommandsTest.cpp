@@ -90,6 +90,12 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
         CliRun fallback = quillon({"commentary", "Romans 8:28"});
         EXPECT_TRUE(fallback.out.starts_with("Intelligence features are switched off in Settings.\n")) << fallback.out;
         EXPECT_EQ(fallback.out.find("[Generated]"), std::string::npos);
+        // A verse none of the commentaries reaches (3 John ends at verse 14 in their versification) still says why
+        // no model was asked.
+        EXPECT_EQ(
+            quillon({"commentary", "3 John 1:15"}).out,
+            "None of the bundled commentaries has a note on this passage.\nIntelligence features are switched off "
+            "in Settings.\n");
     }
     CliRun bad = quillon({"commentary", "not a verse"});
     EXPECT_EQ(bad.status, 1);
