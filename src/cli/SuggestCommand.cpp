@@ -102,10 +102,13 @@ Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermo
             return {orvane::IntelligencePath::fallback(), false, "", SeriesIdeaSuggester::nothingToPlan, {}};
         return suggest(SeriesIdeaSuggester(), books, router, SeriesIdeaSuggester::generatedCaption,
                        SeriesIdeaSuggester::fallbackCaption, [&books](const std::vector<SeriesIdea>& ideas) {
+                           // The proposals come first; the whole never-preached list always follows, as both
+                           // captions promise.
                            std::vector<std::string> lines;
                            for (const SeriesIdea& idea : ideas)
                                lines.push_back(idea.book + " — " + idea.title + ": " + idea.reason);
-                           return ideas.empty() ? books : lines;
+                           lines.insert(lines.end(), books.begin(), books.end());
+                           return lines;
                        });
     }
     if (kind == "tags")
