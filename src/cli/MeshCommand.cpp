@@ -1,5 +1,7 @@
 #include "cli/MeshCommand.h"
 
+#include "cli/Library.h"
+#include "cli/MeshSermonTools.h"
 #include "cli/MeshServeSession.h"
 #include "mesh/ScriptureBridge.h"
 #include "mesh/SuiteMeshPairingStore.h"
@@ -18,11 +20,14 @@ namespace quillon::cli {
 namespace {
 
 struct PairingFiles {
-    platform::Preferences preferences{platform::preferencesFile()};
+    /// `preferences` must outlive the files; the serving desk passes its library's own, so that one
+    /// object writes the preferences file.
+    explicit PairingFiles(platform::Preferences& preferences) : store{secrets, preferences} {}
+
     platform::SecretStore secrets{
         mesh::SuiteMeshPairingStore::serviceName(),
         platform::SecretStore::defaultFallbackFile(mesh::SuiteMeshPairingStore::serviceName())};
-    mesh::SuiteMeshPairingStore store{secrets, preferences};
+    mesh::SuiteMeshPairingStore store;
 };
 
 } // namespace
@@ -30,13 +35,16 @@ struct PairingFiles {
 void MeshCommand::configure(CLI::App& command) {
     command.require_subcommand(1);
     m_serve = command.add_subcommand("serve", "Run the scripture bridge and read commands on stdin "
-                                              "(announce REF [VERSION], clear, pair PEER, peers, status, quit)");
+                                              "(announce REF [VERSION], clear, open ID, pair PEER, peers, status, "
+                                              "quit)");
     m_serve->add_option("--port", m_port, "Plain listening port (default: vantalink.port, else any)")
         ->check(CLI::Range(0, 65535));
     m_serve->add_option("--tls-port", m_tlsPort, "Secure listening port (default: vantalink.tlsPort, else any)")
         ->check(CLI::Range(0, 65535));
     m_serve->add_option("--calvane", m_calvane, "Calvane's bridge as host:port, without discovery");
     m_serve->add_flag("--no-discovery", m_noDiscovery, "Do not publish or browse with Avahi");
+    m_serve->add_option("--sermon", m_sermon, "The sermon open on the desk (its id or a prefix), for peers asking")
+        ->type_name("ID");
     m_pairings = command.add_subcommand("pairings", "List the peers this desk is paired with");
     m_unpair = command.add_subcommand("unpair", "Remove the stored pairing with a peer");
     m_unpair->add_option("peer", m_peer, "The peer's name, as listed by `mesh pairings`")->required();
@@ -51,8 +59,13 @@ int MeshCommand::execute(CommandContext& context) {
 }
 
 int MeshCommand::serve(CommandContext& context) {
-    PairingFiles files;
-    auto settings = mesh::MeshSettings::fromPreferences(files.preferences);
+    // Loaded here, before the network thread exists: peers' tool requests only ever read it.
+    Library library(context);
+    MeshSermonTools tools(library);
+    if (!m_sermon.empty())
+        tools.open(m_sermon);
+    PairingFiles files(library.preferences());
+    auto settings = mesh::MeshSettings::fromPreferences(library.preferences());
     if (m_port >= 0)
         settings.port = static_cast<std::uint16_t>(m_port);
     if (m_tlsPort >= 0)
@@ -65,7 +78,7 @@ int MeshCommand::serve(CommandContext& context) {
     std::signal(SIGPIPE, SIG_IGN);
     mesh::SerialExecutor mainThread;
     mesh::ScriptureBridge bridge(settings, files.store, mainThread.executor());
-    MeshServeSession session(bridge, context.out, context.json);
+    MeshServeSession session(bridge, context.out, context.json, &tools);
     bridge.onEvent = [&session](const mesh::MeshEvent& event) { session.printEvent(event); };
     bridge.start();
     if (bridge.plainPort() == 0 && bridge.securePort() == 0) {
@@ -79,7 +92,8 @@ int MeshCommand::serve(CommandContext& context) {
 }
 
 int MeshCommand::pairings(CommandContext& context) {
-    PairingFiles files;
+    platform::Preferences preferences(platform::preferencesFile());
+    PairingFiles files(preferences);
     nlohmann::json list = nlohmann::json::array();
     for (const auto& name : files.store.pairedPeerNames()) {
         auto pairing = files.store.pairing(name);
@@ -101,7 +115,8 @@ int MeshCommand::pairings(CommandContext& context) {
 }
 
 int MeshCommand::unpair(CommandContext& context) {
-    PairingFiles files;
+    platform::Preferences preferences(platform::preferencesFile());
+    PairingFiles files(preferences);
     if (!files.store.remove(m_peer))
         throw UserError("Quillon has no pairing with “" + m_peer + "”.");
     if (context.json)

@@ -27,6 +27,7 @@ private:
     std::string m_calvane;
     bool m_noDiscovery = false;
     std::string m_peer;
+    std::string m_sermon;
 };
 
 } // namespace quillon::cli

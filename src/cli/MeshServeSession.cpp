@@ -1,5 +1,7 @@
 #include "cli/MeshServeSession.h"
 
+#include "cli/Command.h"
+#include "cli/MeshSermonTools.h"
 #include "mesh/ScriptureBridge.h"
 #include "model/BibleVersion.h"
 #include "model/DateTime.h"
@@ -24,8 +26,13 @@ std::string trim(const std::string& text) {
 
 } // namespace
 
-MeshServeSession::MeshServeSession(mesh::ScriptureBridge& bridge, std::ostream& out, bool json)
-    : m_bridge(bridge), m_out(out), m_json(json) {}
+MeshServeSession::MeshServeSession(mesh::ScriptureBridge& bridge, std::ostream& out, bool json, MeshSermonTools* tools)
+    : m_bridge(bridge), m_out(out), m_json(json), m_tools(tools) {
+    if (m_tools)
+        m_bridge.toolHandler = [tools](const std::string& tool, const std::string& query) {
+            return tools->answer(tool, query);
+        };
+}
 
 std::string MeshServeSession::passageText(const scripture::ScriptureReference& reference, model::BibleVersion version) {
     // Peers show the words on screen, so a version this machine lacks is announced without text.
@@ -60,12 +67,32 @@ void MeshServeSession::run(std::istream& in) {
               std::to_string(m_bridge.securePort()),
           listening.dump());
     std::string line;
-    bool quit = false;
-    while (!quit && std::getline(in, line))
-        handle(trim(line), quit);
+    while (std::getline(in, line))
+        if (!handle(line))
+            return;
 }
 
-void MeshServeSession::handle(const std::string& line, bool& quit) {
+void MeshServeSession::open(const std::string& idText) {
+    auto error = [this](const std::string& sentence) {
+        print("error: " + sentence, nlohmann::json{{"event", "error"}, {"detail", sentence}}.dump());
+    };
+    if (!m_tools)
+        return error("No sermon library is open here.");
+    if (idText.empty())
+        return error("Name the sermon to open by its id, for example: open 3F2A");
+    try {
+        const model::SermonNote& sermon = m_tools->open(idText);
+        print("opened " + sermon.title + " (" + sermon.id.text() + ")",
+              nlohmann::json{{"event", "opened"}, {"id", sermon.id.text()}, {"title", sermon.title}}.dump(
+                  -1, ' ', false, nlohmann::json::error_handler_t::replace));
+    } catch (const UserError& failure) {
+        error(failure.what());
+    }
+}
+
+bool MeshServeSession::handle(const std::string& commandLine) {
+    const std::string line = trim(commandLine);
+    bool quit = false;
     std::istringstream words(line);
     std::string command;
     words >> command;
@@ -77,7 +104,7 @@ void MeshServeSession::handle(const std::string& line, bool& quit) {
     };
 
     if (command.empty()) {
-        return;
+        return true;
     } else if (command == "quit") {
         quit = true;
     } else if (command == "announce") {
@@ -94,19 +121,25 @@ void MeshServeSession::handle(const std::string& line, bool& quit) {
             }
         }
         auto reference = scripture::parse(referenceText);
-        if (!reference)
-            return error("Quillon could not read \"" + referenceText + "\" as a reference.");
+        if (!reference) {
+            error("Quillon could not read \"" + referenceText + "\" as a reference.");
+            return true;
+        }
         mesh::LiveScripture live{reference->description(), reference->book.name, std::string(model::rawValue(version)),
                                  passageText(*reference, version)};
         m_bridge.announce(live);
         print("announced " + live.reference + " (" + live.version + ")",
               nlohmann::json{{"event", "announced"}, {"reference", live.reference}, {"version", live.version}}.dump());
+    } else if (command == "open") {
+        open(rest);
     } else if (command == "clear") {
         m_bridge.clear();
         print("cleared", R"({"event":"cleared"})");
     } else if (command == "pair") {
-        if (rest.empty())
-            return error("Name the peer to pair with, for example: pair Brenmoor");
+        if (rest.empty()) {
+            error("Name the peer to pair with, for example: pair Brenmoor");
+            return true;
+        }
         auto code = m_bridge.startBootstrap(rest);
         std::string expires = model::formatDateTime(model::toDateTime(code.expiresAt));
         print("pairing code for " + code.peerName + ": " + code.code + " (expires " + expires +
@@ -145,15 +178,19 @@ void MeshServeSession::handle(const std::string& line, bool& quit) {
             {"liveReference", live ? nlohmann::json(live->reference) : nlohmann::json()},
             {"incomingReference", incoming ? nlohmann::json(incoming->description()) : nlohmann::json()},
             {"tlsStatus", m_bridge.tlsStatus()}};
+        const model::SermonNote* sermon = m_tools ? m_tools->current() : nullptr;
+        json["currentSermon"] = sermon ? nlohmann::json(sermon->id.text()) : nlohmann::json();
         std::string text =
             "port " + std::to_string(m_bridge.plainPort()) + ", secure port " + std::to_string(m_bridge.securePort()) +
             "; Brenmoor " + (m_bridge.isBrenmoorConnected() ? "connected" : "not connected") + "; Calvane " +
             (m_bridge.isCalvaneConnected() ? "connected" : "not connected") + "; live " +
-            (live ? live->reference : "none") + "; incoming " + (incoming ? incoming->description() : "none");
+            (live ? live->reference : "none") + "; incoming " + (incoming ? incoming->description() : "none") +
+            "; sermon " + (sermon ? sermon->title : "none open");
         print(text, json.dump());
     } else {
-        error("Unknown command \"" + command + "\": use announce, clear, pair, peers, status or quit.");
+        error("Unknown command \"" + command + "\": use announce, clear, open, pair, peers, status or quit.");
     }
+    return !quit;
 }
 
 } // namespace quillon::cli

@@ -9,6 +9,7 @@
 #include <boost/asio/post.hpp>
 #include <spdlog/spdlog.h>
 
+#include <algorithm>
 #include <future>
 
 namespace quillon::mesh {
@@ -124,6 +125,7 @@ void ScriptureBridge::start() {
         if (!on)
             emit(Kind::discoveryOff, "", "discovery is off");
     }
+    m_lastHeartbeat = std::chrono::steady_clock::now();
     scheduleHeartbeat();
     m_thread = std::thread([this] { m_io.run(); });
 }
@@ -203,11 +205,18 @@ void ScriptureBridge::acceptNext(asio::ip::tcp::acceptor& acceptor, bool secure)
 }
 
 void ScriptureBridge::scheduleHeartbeat() {
-    m_heartbeatTimer.expires_after(m_settings.heartbeatInterval);
+    // Silence is checked more often than heartbeats are sent, so a silent peer goes close to the
+    // limit (within 1 s of 45 s by default) rather than at the next heartbeat, up to 15 s later.
+    auto check =
+        std::max(std::chrono::milliseconds{1}, std::min(m_settings.silenceLimit / 45, m_settings.heartbeatInterval));
+    m_heartbeatTimer.expires_after(check);
     m_heartbeatTimer.async_wait([this](boost::system::error_code error) {
         if (error)
             return;
         auto now = std::chrono::steady_clock::now();
+        bool heartbeatDue = now - m_lastHeartbeat >= m_settings.heartbeatInterval;
+        if (heartbeatDue)
+            m_lastHeartbeat = now;
         auto connections = m_connections;
         for (auto& [identifier, connection] : connections) {
             if (!connection->ready())
@@ -218,7 +227,7 @@ void ScriptureBridge::scheduleHeartbeat() {
                 connection->close("silent for " + seconds + " seconds");
                 continue;
             }
-            if (!m_settings.requireEncrypted || connection->secure())
+            if (heartbeatDue && (!m_settings.requireEncrypted || connection->secure()))
                 send(*connection, makeMessage(Type::heartbeat, {}));
         }
         scheduleHeartbeat();
@@ -525,27 +534,30 @@ void ScriptureBridge::handleToolRequest(const ConnectionPointer& connection, con
                 payload["result"] = *answer.result;
             else
                 payload["error"] = answer.error.value_or("Quillon could not answer.");
-            send(*connection, makeMessage(Type::toolResponse, payload));
+            if (!send(*connection, makeMessage(Type::toolResponse, payload)) && answer.result) {
+                payload.erase("result");
+                payload["error"] = "Quillon's answer is too large to send.";
+                send(*connection, makeMessage(Type::toolResponse, payload));
+            }
         });
     };
     if (tool == "liveScripture") {
-        if (!m_networkLive)
-            return reply({std::nullopt, "No scripture is live in Quillon."});
-        nlohmann::json live = {{"reference", m_networkLive->reference},
-                               {"version", m_networkLive->version},
-                               {"text", m_networkLive->text}};
-        return reply({live.dump(), std::nullopt});
+        orvane::ToolResult live;
+        if (m_networkLive)
+            live.passages.push_back(
+                {m_networkLive->reference + " (" + m_networkLive->version + ")", m_networkLive->text});
+        return reply(ToolAnswer::found(live));
     }
     if (tool != "currentSermon" && tool != "searchSermons")
-        return reply({std::nullopt, "Quillon has no tool named \"" + tool + "\"."});
+        return reply(ToolAnswer::failed("Quillon has no tool named \"" + tool + "\"."));
     onMain([this, tool, query, reply] {
         if (!toolHandler)
-            return reply({std::nullopt, "Quillon has no sermons open here."});
+            return reply(ToolAnswer::failed("Quillon has no sermon library open here."));
         ToolAnswer answer;
         try {
             answer = toolHandler(tool, query);
         } catch (const std::exception& failure) {
-            answer.error = std::string("Quillon could not run ") + tool + ": " + failure.what();
+            answer = ToolAnswer::failed(std::string("Quillon could not run ") + tool + ": " + failure.what());
         }
         reply(answer);
     });
@@ -639,8 +651,16 @@ void ScriptureBridge::sendContent(const SermonStudioMessage& message) {
             connection->send(frame);
 }
 
-void ScriptureBridge::send(PeerConnection& connection, SermonStudioMessage message) {
-    connection.send(message.frame());
+bool ScriptureBridge::send(PeerConnection& connection, SermonStudioMessage message) {
+    std::string frame = message.frame();
+    // A peer closes the link on a frame this long, so it is never written.
+    if (frame.size() - 4 > maximumFrameLength) {
+        spdlog::warn("Did not send {} to {}: its {} bytes are over the frame limit of {}", rawValue(message.type),
+                     connection.displayName(), frame.size() - 4, maximumFrameLength);
+        return false;
+    }
+    connection.send(std::move(frame));
+    return true;
 }
 
 SermonStudioMessage ScriptureBridge::makeMessage(Type type, std::map<std::string, std::string> payload) const {

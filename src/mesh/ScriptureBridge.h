@@ -5,6 +5,7 @@
 #include "mesh/MeshSettings.h"
 #include "mesh/PeerConnection.h"
 #include "mesh/SerialExecutor.h"
+#include "mesh/ToolAnswer.h"
 #include "mesh/VantalinkPsk.h"
 #include "orvane/SuiteChallengeLedger.h"
 #include "orvane/SuiteMeshBootstrapSession.h"
@@ -62,12 +63,6 @@ struct PairingCode {
     std::chrono::system_clock::time_point expiresAt;
 };
 
-/// The answer of a tool asked for by a peer: a result, or an error sentence.
-struct ToolAnswer {
-    std::optional<std::string> result;
-    std::optional<std::string> error;
-};
-
 /// Shares the passage on screen with Brenmoor (Vantalink peers that connect to the desk, plain or
 /// over TLS with a pre-shared key) and Calvane (a WebSocket link the desk dials), and hands what
 /// they send back to the editor.
@@ -119,7 +114,7 @@ public:
     std::function<void()> onPreviousVerse;
     std::function<void(const MeshEvent& event)> onEvent;
     /// Answers "currentSermon" and "searchSermons" (on the main thread); without it peers are told
-    /// that no sermons are open.
+    /// that no sermon library is open. "liveScripture" is answered by the bridge itself.
     std::function<ToolAnswer(const std::string& tool, const std::string& query)> toolHandler;
 
 private:
@@ -144,7 +139,8 @@ private:
     /// True when content may travel on this connection; logs once when a plain link is refused.
     bool mayCarryContent(PeerConnection& connection);
     void sendContent(const SermonStudioMessage& message);
-    void send(PeerConnection& connection, SermonStudioMessage message);
+    /// False, and logged, when the frame would be longer than a peer accepts; nothing is written then.
+    bool send(PeerConnection& connection, SermonStudioMessage message);
     SermonStudioMessage makeMessage(SermonStudioMessageType type, std::map<std::string, std::string> payload) const;
     SermonStudioMessage announcementMessage() const;
     std::optional<VantalinkPsk::Match> resolveIdentity(std::string_view identity);
@@ -167,6 +163,7 @@ private:
     boost::asio::ip::tcp::acceptor m_plainAcceptor;
     boost::asio::ip::tcp::acceptor m_secureAcceptor;
     boost::asio::steady_timer m_heartbeatTimer;
+    std::chrono::steady_clock::time_point m_lastHeartbeat;
     std::thread m_thread;
     std::atomic<std::uint16_t> m_plainPort{0};
     std::atomic<std::uint16_t> m_securePort{0};

@@ -161,6 +161,7 @@ TEST(ScriptureBridge, requirePairingIgnoresAnUnpairedClaim) {
     EXPECT_TRUE(log.contains("Stranger tried to connect with no pairing on file."));
 
     stranger->send(Type::nextVerse);
+    stranger->send(Type::toolRequest, {{"tool", "liveScripture"}, {"requestId", "r1"}});
     harness.bridge->announce(john316);
     EXPECT_FALSE(stranger->next(400ms));
     std::lock_guard lock(harness.mutex);
@@ -183,6 +184,7 @@ TEST(ScriptureBridge, requireEncryptedKeepsContentOffPlainLinks) {
 
     harness.bridge->announce(john316);
     EXPECT_TRUE(secure->waitFor(Type::scriptureAnnouncement));
+    plain->send(Type::toolRequest, {{"tool", "liveScripture"}, {"requestId", "r1"}});
     EXPECT_FALSE(plain->next(400ms));
     EXPECT_TRUE(log.contains("Observer on a plain link: encrypted Vantalink applies"));
 }
@@ -243,25 +245,34 @@ TEST(ScriptureBridge, heartbeatsFlowAndSilentPeersAreDropped) {
 TEST(ScriptureBridge, toolRequestsAreAnsweredWithTheSameRequestId) {
     BridgeHarness harness;
     harness.bridge->toolHandler = [](const std::string& tool, const std::string& query) {
+        if (query == "fail")
+            throw std::runtime_error("the library is gone");
         return ToolAnswer{tool + ":" + query, std::nullopt};
     };
     auto peer = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
     peer->hello("Brenmoor");
-    harness.bridge->announce(john316);
-    ASSERT_TRUE(peer->waitFor(Type::scriptureAnnouncement));
     struct Case {
         const char* tool;
         const char* query;
         const char* result;
         const char* error;
+        bool announceFirst = false;
     };
     int id = 0;
     for (const Case& c :
-         {Case{"liveScripture", "",
-               R"({"reference":"John 3:16","text":"For God so loved the world...","version":"KJV"})", nullptr},
+         {Case{"liveScripture", "", R"({"passages":[]})", nullptr},
+          Case{"liveScripture", "",
+               R"x({"passages":[{"source":"John 3:16 (KJV)","text":"For God so loved the world..."}]})x", nullptr,
+               true},
           Case{"searchSermons", "grace", "searchSermons:grace", nullptr},
           Case{"currentSermon", "", "currentSermon:", nullptr},
-          Case{"paintTheWall", "", nullptr, "Quillon has no tool named \"paintTheWall\"."}}) {
+          Case{"searchSermons", "fail", nullptr, "Quillon could not run searchSermons: the library is gone"},
+          Case{"paintTheWall", "", nullptr, "Quillon has no tool named \"paintTheWall\"."},
+          Case{"", "", nullptr, "Quillon has no tool named \"\"."}}) {
+        if (c.announceFirst) {
+            harness.bridge->announce(john316);
+            ASSERT_TRUE(peer->waitFor(Type::scriptureAnnouncement));
+        }
         std::string requestId = "r" + std::to_string(++id);
         peer->send(Type::toolRequest, {{"tool", c.tool}, {"requestId", requestId}, {"query", c.query}});
         auto response = peer->waitFor(Type::toolResponse);
@@ -271,6 +282,40 @@ TEST(ScriptureBridge, toolRequestsAreAnsweredWithTheSameRequestId) {
         EXPECT_EQ(response->field("result"), c.result ? c.result : "") << c.tool;
         EXPECT_EQ(response->field("error"), c.error ? c.error : "") << c.tool;
     }
+}
+
+TEST(ScriptureBridge, anAnswerTooLongForOneFrameBecomesAnError) {
+    LogCapture log;
+    BridgeHarness harness;
+    harness.bridge->toolHandler = [](const std::string&, const std::string& query) {
+        return ToolAnswer{std::string(std::stoul(query), 'x'), std::nullopt};
+    };
+    auto peer = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    peer->hello("Brenmoor");
+    struct Case {
+        const char* length;
+        bool fits;
+    };
+    for (const Case& c : {Case{"10000001", false}, Case{"9000000", true}}) {
+        peer->send(Type::toolRequest, {{"tool", "searchSermons"}, {"requestId", c.length}, {"query", c.length}});
+        auto response = peer->waitFor(Type::toolResponse);
+        ASSERT_TRUE(response) << c.length;
+        EXPECT_EQ(response->field("requestId"), c.length);
+        EXPECT_EQ(response->field("result").size(), c.fits ? std::stoul(c.length) : 0u);
+        EXPECT_EQ(response->field("error"), c.fits ? "" : "Quillon's answer is too large to send.");
+    }
+    EXPECT_TRUE(log.contains("Did not send toolResponse to Brenmoor"));
+}
+
+TEST(ScriptureBridge, aSilentPeerIsDroppedSoonAfterTheLimitNotAtTheNextHeartbeat) {
+    auto settings = BridgeHarness::quietSettings();
+    settings.heartbeatInterval = 3s;
+    settings.silenceLimit = 300ms;
+    BridgeHarness harness(settings);
+    auto silent = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    auto started = std::chrono::steady_clock::now();
+    EXPECT_TRUE(silent->waitForClose(2s));
+    EXPECT_GE(std::chrono::steady_clock::now() - started, 250ms);
 }
 
 TEST(ScriptureBridge, stalledSecureHandshakeIsCancelledAfterTheTimeout) {
