@@ -105,5 +105,33 @@ TEST(CalvaneLink, linksShowsScriptureSurvivesADropAndReportsRejections) {
     harness.reset();
 }
 
+TEST(CalvaneLink, retriesDoubleUpToTheCeilingAndStartOverOnceLinked) {
+    FakeCalvane calvane;
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    settings.calvaneFirstRetry = 100ms;
+    settings.calvaneRetryCeiling = 1000ms;
+    auto harness = std::make_unique<BridgeHarness>(settings);
+    calvane.accept();
+    auto dropAndTimeTheReturn = [&] {
+        auto dropped = std::chrono::steady_clock::now();
+        calvane.drop();
+        calvane.accept();
+        return std::chrono::steady_clock::now() - dropped;
+    };
+    // Timers never fire early, so each wait is at least its step; the ceiling stops the doubling.
+    for (auto step : {100ms, 200ms, 400ms, 800ms, 1000ms}) {
+        auto waited = dropAndTimeTheReturn();
+        EXPECT_GE(waited, step);
+        EXPECT_LT(waited, step + 600ms);
+    }
+    calvane.write({{"kind", "linked"}});
+    ASSERT_TRUE(eventually([&] { return harness->bridge->isCalvaneConnected(); }));
+    auto afterLink = dropAndTimeTheReturn();
+    EXPECT_GE(afterLink, 100ms);
+    EXPECT_LT(afterLink, 700ms); // 1 s had the link not reset the back-off
+    harness.reset();
+}
+
 } // namespace
 } // namespace quillon::mesh
