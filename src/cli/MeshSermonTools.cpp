@@ -1,10 +1,12 @@
 #include "cli/MeshSermonTools.h"
 
+#include "intelligence/LocalModelEmbedding.h"
 #include "search/SermonSearchDisplayHit.h"
 
 namespace quillon::cli {
 
-MeshSermonTools::MeshSermonTools(Library& library) : m_library(library) {}
+MeshSermonTools::MeshSermonTools(Library& library)
+    : m_library(library), m_index(intelligence::LocalModelEmbedding::forSearch(library.preferences())) {}
 
 const model::SermonNote& MeshSermonTools::open(std::string_view idText) {
     const model::SermonNote& sermon = m_library.find(idText);

@@ -22,6 +22,8 @@ public:
     /// Most sermons one "searchSermons" answer lists.
     static constexpr int searchLimit = 20;
 
+    /// Ranks searches as `quillon search` does, with the local model's embedding when the preacher
+    /// turned it on (the server is asked once, here).
     explicit MeshSermonTools(Library& library);
 
     /// Makes the sermon named by `idText` (full id or an unambiguous prefix) the one open on the desk.
