@@ -79,7 +79,7 @@ TEST_F(MeshServeSessionTest, peersAskForTheOpenSermonAndSearchTheLibrary) {
         {"", "searchSermons", "zebra", {}},
         {"", "searchSermons", "", {}},
         {"", "liveScripture", "", {}},
-        {"announce John 3:16", "liveScripture", "", {{"John 3:16 (KJV)", ""}}},
+        {"announce John 3:16", "liveScripture", "", {{"John 3:16 (KJV)", "For God so loved the world, that he gave"}}},
         {"", "sermonOutline", "", {}, "Quillon has no tool named \"sermonOutline\"."},
     };
     int id = 0;
