@@ -8,19 +8,22 @@ namespace quillon::cli {
 MeshSermonTools::MeshSermonTools(Library& library)
     : m_library(library), m_index(intelligence::LocalModelEmbedding::forSearch(library.preferences())) {}
 
-const model::SermonNote& MeshSermonTools::open(std::string_view idText) {
-    const model::SermonNote& sermon = m_library.find(idText);
+model::SermonNote MeshSermonTools::open(std::string_view idText) {
     std::lock_guard lock(m_mutex);
+    m_library.manager().load();
+    const model::SermonNote& sermon = m_library.find(idText);
     m_current = sermon.id;
     return sermon;
 }
 
-const model::SermonNote* MeshSermonTools::current() const {
+std::optional<model::SermonNote> MeshSermonTools::current() const {
     std::lock_guard lock(m_mutex);
-    return m_current ? m_library.manager().sermon(*m_current) : nullptr;
+    const model::SermonNote* sermon = m_current ? m_library.manager().sermon(*m_current) : nullptr;
+    return sermon ? std::optional(*sermon) : std::nullopt;
 }
 
 mesh::ToolAnswer MeshSermonTools::answer(const std::string& tool, const std::string& query) {
+    std::lock_guard lock(m_mutex);
     if (tool == "currentSermon")
         return mesh::ToolAnswer::found(currentSermon());
     if (tool == "searchSermons")
@@ -29,7 +32,7 @@ mesh::ToolAnswer MeshSermonTools::answer(const std::string& tool, const std::str
 }
 
 orvane::ToolResult MeshSermonTools::currentSermon() const {
-    const model::SermonNote* sermon = current();
+    const model::SermonNote* sermon = m_current ? m_library.manager().sermon(*m_current) : nullptr;
     if (!sermon)
         return orvane::ToolResult::empty();
     // The text the sermon search reads: notes, points, sub-points with their scriptures, tags.

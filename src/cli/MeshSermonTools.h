@@ -12,11 +12,11 @@
 
 namespace quillon::cli {
 
-/// The sermon tools a mesh peer may ask the desk for, answered from the library loaded when the
-/// bridge started: "currentSermon" (the sermon open on the desk) and "searchSermons".
+/// The sermon tools a mesh peer may ask the desk for: "currentSermon" (the sermon open on the desk)
+/// and "searchSermons", answered from the library as it was last read.
 ///
 /// `answer` runs on the bridge's main-thread executor while `open` comes from the command loop, so
-/// the open sermon is guarded; the search index is touched by `answer` alone.
+/// every use of the library and the index holds one lock.
 class MeshSermonTools {
 public:
     /// Most sermons one "searchSermons" answer lists.
@@ -26,22 +26,22 @@ public:
     /// turned it on (the server is asked once, here).
     explicit MeshSermonTools(Library& library);
 
-    /// Makes the sermon named by `idText` (full id or an unambiguous prefix) the one open on the desk.
-    /// Throws UserError when no sermon, or more than one, matches.
-    const model::SermonNote& open(std::string_view idText);
+    /// Reads the library again, so sermons written since the desk started count, and makes the
+    /// sermon named by `idText` (full id or an unambiguous prefix) the one open on the desk.
+    /// Throws UserError when no sermon, or more than one, matches; the open sermon then stays.
+    model::SermonNote open(std::string_view idText);
     /// The sermon open on the desk, if any.
-    const model::SermonNote* current() const;
+    std::optional<model::SermonNote> current() const;
 
     /// The bridge's tool handler.
     mesh::ToolAnswer answer(const std::string& tool, const std::string& query);
 
+private:
     /// The open sermon as one passage: its title as the source, its outline text as the text.
-    /// No passages when no sermon is open.
     orvane::ToolResult currentSermon() const;
     /// One passage per matching sermon, best first: the title, and the sentence that best matches.
     orvane::ToolResult searchSermons(const std::string& query);
 
-private:
     Library& m_library;
     mutable std::mutex m_mutex;
     std::optional<model::Uuid> m_current;

@@ -81,7 +81,7 @@ void MeshServeSession::open(const std::string& idText) {
     if (idText.empty())
         return error("Name the sermon to open by its id, for example: open 3F2A");
     try {
-        const model::SermonNote& sermon = m_tools->open(idText);
+        const model::SermonNote sermon = m_tools->open(idText);
         print("opened " + sermon.title + " (" + sermon.id.text() + ")",
               nlohmann::json{{"event", "opened"}, {"id", sermon.id.text()}, {"title", sermon.title}}.dump(
                   -1, ' ', false, nlohmann::json::error_handler_t::replace));
@@ -178,7 +178,7 @@ bool MeshServeSession::handle(const std::string& commandLine) {
             {"liveReference", live ? nlohmann::json(live->reference) : nlohmann::json()},
             {"incomingReference", incoming ? nlohmann::json(incoming->description()) : nlohmann::json()},
             {"tlsStatus", m_bridge.tlsStatus()}};
-        const model::SermonNote* sermon = m_tools ? m_tools->current() : nullptr;
+        const auto sermon = m_tools ? m_tools->current() : std::nullopt;
         json["currentSermon"] = sermon ? nlohmann::json(sermon->id.text()) : nlohmann::json();
         std::string text =
             "port " + std::to_string(m_bridge.plainPort()) + ", secure port " + std::to_string(m_bridge.securePort()) +

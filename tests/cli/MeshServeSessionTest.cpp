@@ -136,6 +136,15 @@ TEST_F(MeshServeSessionTest, openPrintsTheSermonOrAnErrorLine) {
     EXPECT_EQ(command("open 5E2A0002").value("title", ""), "The Good Shepherd");
 }
 
+TEST_F(MeshServeSessionTest, openReadsSermonsWrittenSinceTheDeskStarted) {
+    auto lighthouse = store("7B000001-0000-4000-8000-000000000001", "The Lighthouse", "A light on the rocks.");
+    auto search = [&] { return mesh::ToolAnswer::decode(*tools->answer("searchSermons", "lighthouse").result); };
+    EXPECT_EQ(search()->passages.size(), 0u); // not read yet
+    EXPECT_EQ(command("open 7B000001").value("id", ""), lighthouse.id.text());
+    ASSERT_EQ(search()->passages.size(), 1u);
+    EXPECT_EQ(search()->passages[0].source, "The Lighthouse");
+}
+
 TEST_F(MeshServeSessionTest, serveRefusesAnUnknownSermonBeforeListening) {
     auto result = run({"mesh", "serve", "--no-discovery", "--port", "0", "--tls-port", "0", "--sermon", "ZZZZ"});
     EXPECT_EQ(result.status, 1);
