@@ -9,11 +9,10 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <unordered_map>
-#include <unordered_set>
 
 namespace quillon::scripture {
 
@@ -260,6 +259,12 @@ FullTextQuery readFullTextQuery(std::string_view query) {
 constexpr int termScore = 1;
 constexpr int phraseScore = 2;
 
+/// One term or phrase found in one verse, and what it adds to the verse's score.
+struct Hit {
+    std::uint32_t verse;
+    int score;
+};
+
 struct Candidate {
     int score;
     std::size_t versionPosition;
@@ -429,33 +434,43 @@ std::vector<BibleSearchResult> BibleLoader::fullTextResults(std::string_view que
         auto index = wordIndex(versions[position]);
         if (index->verses().empty())
             continue;
-        struct Tally {
+        // Every (verse, score) a term or phrase earns, kept in verse order by merging each
+        // ascending posting list in: a verse's matches then sit side by side.
+        std::vector<Hit> hits;
+        auto mergeIn = [&hits](auto&& verses, int score) {
+            const auto middle = static_cast<std::ptrdiff_t>(hits.size());
+            for (WordIndex::Ordinal verse : verses)
+                hits.push_back(Hit{verse, score});
+            std::inplace_merge(hits.begin(), hits.begin() + middle, hits.end(),
+                               [](const Hit& a, const Hit& b) { return a.verse < b.verse; });
+        };
+        for (const std::string& term : parsed.terms)
+            mergeIn(index->versesWith(term), termScore);
+        for (const std::string& phrase : parsed.phrases)
+            mergeIn(index->versesContaining(phrase), phraseScore);
+        std::vector<WordIndex::Ordinal> excluded;
+        for (const std::string& term : parsed.negativeTerms) {
+            auto verses = index->versesWith(term);
+            const auto middle = static_cast<std::ptrdiff_t>(excluded.size());
+            excluded.insert(excluded.end(), verses.begin(), verses.end());
+            std::inplace_merge(excluded.begin(), excluded.begin() + middle, excluded.end());
+        }
+        auto nextExcluded = excluded.begin();
+        for (auto run = hits.begin(); run != hits.end();) {
+            const WordIndex::Ordinal verse = run->verse;
             std::size_t matched = 0;
             int score = 0;
-        };
-        std::unordered_map<const VerseEntry*, Tally> tallies;
-        for (const std::string& term : parsed.terms)
-            for (const VerseEntry* entry : index->versesWith(term)) {
-                Tally& tally = tallies[entry];
-                ++tally.matched;
-                tally.score += termScore;
+            for (; run != hits.end() && run->verse == verse; ++run) {
+                ++matched;
+                score += run->score;
             }
-        for (const std::string& phrase : parsed.phrases)
-            for (const VerseEntry* entry : index->versesContaining(phrase)) {
-                Tally& tally = tallies[entry];
-                ++tally.matched;
-                tally.score += phraseScore;
-            }
-        std::unordered_set<const VerseEntry*> excluded;
-        for (const std::string& term : parsed.negativeTerms)
-            for (const VerseEntry* entry : index->versesWith(term))
-                excluded.insert(entry);
-        for (const auto& [entry, tally] : tallies) {
-            if (!parsed.matchAny && tally.matched < wanted)
+            if (!parsed.matchAny && matched < wanted)
                 continue;
-            if (excluded.contains(entry))
+            while (nextExcluded != excluded.end() && *nextExcluded < verse)
+                ++nextExcluded;
+            if (nextExcluded != excluded.end() && *nextExcluded == verse)
                 continue;
-            candidates.push_back(Candidate{tally.score, position, entry});
+            candidates.push_back(Candidate{score, position, &index->entry(verse)});
         }
     }
 
