@@ -44,4 +44,22 @@ std::optional<std::vector<double>> LocalModelEmbedding::vector(std::string_view 
     }
 }
 
+std::vector<std::optional<std::vector<double>>>
+LocalModelEmbedding::vectors(const std::vector<std::string>& texts) const {
+    std::vector<std::optional<std::vector<double>>> result(texts.size());
+    for (std::size_t start = 0; start < texts.size(); start += batchSize) {
+        const std::size_t end = std::min(texts.size(), start + batchSize);
+        try {
+            std::vector<std::vector<float>> answered = m_backend->embed(std::vector<std::string>(
+                texts.begin() + static_cast<std::ptrdiff_t>(start), texts.begin() + static_cast<std::ptrdiff_t>(end)));
+            for (std::size_t i = 0; i < answered.size() && start + i < end; ++i)
+                if (!answered[i].empty())
+                    result[start + i] = std::vector<double>(answered[i].begin(), answered[i].end());
+        } catch (const std::exception&) {
+            // This batch stays without vectors: those sermons are ranked lexically.
+        }
+    }
+    return result;
+}
+
 } // namespace quillon::intelligence

@@ -24,6 +24,12 @@ public:
 
     orvane::SearchHit::Match match() const override { return orvane::SearchHit::Match::contextual; }
     std::optional<std::vector<double>> vector(std::string_view text) const override;
+    /// The texts in requests of at most `batchSize`; every text of a request the server does not answer has none.
+    std::vector<std::optional<std::vector<double>>> vectors(const std::vector<std::string>& texts) const override;
+
+    /// Large enough that a library is embedded in a few requests, small enough that one request stays well inside
+    /// the reply timeout.
+    static constexpr std::size_t batchSize = 64;
 
 private:
     std::shared_ptr<LocalModelBackend> m_backend;

@@ -29,31 +29,41 @@ SemanticIndex::SemanticIndex(std::shared_ptr<const TextEmbedding> embedding, dou
 
 void SemanticIndex::upsert(const std::vector<IndexedDocument>& documents) {
     std::lock_guard lock(m_mutex);
-    bool changed = false;
+    // The changed documents are embedded together after the loop: one batch costs an embedding service one round trip
+    // instead of one per document.
+    std::vector<std::string> embeddingTexts;
+    std::vector<std::size_t> embeddedPositions;
     for (const auto& document : documents) {
-        const auto embeddingText = compositeText(document);
+        auto embeddingText = compositeText(document);
         const auto signature = SeededHash::of(embeddingText);
         const auto position = m_positions.find(document.id);
         if (position != m_positions.end() && m_documents[position->second].signature == signature)
             continue;
 
         Entry entry{document, signature, termIDs(embeddingText), std::nullopt};
-        if (m_embedding)
-            entry.vector = m_embedding->vector(embeddingText);
         countTerms(entry.terms, +1);
+        std::size_t at = m_documents.size();
         if (position != m_positions.end()) {
-            auto& held = m_documents[position->second];
-            countTerms(held.terms, -1);
-            held = std::move(entry);
+            at = position->second;
+            countTerms(m_documents[at].terms, -1);
+            m_documents[at] = std::move(entry);
         } else {
-            m_positions.emplace(document.id, m_documents.size());
+            m_positions.emplace(document.id, at);
             m_documents.push_back(std::move(entry));
         }
+        if (m_embedding) {
+            embeddingTexts.push_back(std::move(embeddingText));
+            embeddedPositions.push_back(at);
+        }
         ++m_indexedDocumentWork;
-        changed = true;
-    }
-    if (changed)
         m_cachedWeighting.reset();
+    }
+    if (embeddingTexts.empty())
+        return;
+    auto vectors = m_embedding->vectors(embeddingTexts);
+    // A document given twice in one batch sits at one position; its later text (and vector) wins, as it did above.
+    for (std::size_t i = 0; i < embeddedPositions.size() && i < vectors.size(); ++i)
+        m_documents[embeddedPositions[i]].vector = std::move(vectors[i]);
 }
 
 void SemanticIndex::remove(const std::vector<std::string>& ids) {

@@ -127,8 +127,8 @@ TEST_F(SearchCommandTest, rankByTheModelServersEmbeddingsOnlyWhenTurnedOnAndAnsw
 
     preferences.set("Quillon.intelligence.embeddings", true);
     EXPECT_EQ(matches(), std::set<std::string>{"contextual"});
-    // A probe, the two sermons and the query.
-    EXPECT_EQ(embeddingRequests(), 4);
+    // A probe, both sermons in one request, and the query.
+    EXPECT_EQ(embeddingRequests(), 3);
 
     // The server is gone: one log line, and the search still answers, lexically, exactly as before.
     preferences.set("Quillon.intelligence.endpoint", "http://127.0.0.1:1/v1");

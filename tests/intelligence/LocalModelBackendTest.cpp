@@ -191,6 +191,29 @@ TEST(LocalModelEmbedding, vectorsComeFromTheServerAndFailuresHaveNone) {
     EXPECT_EQ(LocalModelEmbedding::fromPreferences(preferences), nullptr);
 }
 
+TEST(LocalModelEmbedding, manyTextsAreEmbeddedInBatchesAndAFailedBatchHasNoVectors) {
+    StubModelServer server;
+    LocalModelEmbedding embedding(std::make_shared<LocalModelBackend>(settingsFor(server)));
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < LocalModelEmbedding::batchSize + 6; ++i)
+        texts.push_back("text " + std::to_string(i));
+    auto vectors = embedding.vectors(texts);
+    ASSERT_EQ(vectors.size(), texts.size());
+    for (std::size_t i : {std::size_t{0}, LocalModelEmbedding::batchSize - 1, LocalModelEmbedding::batchSize + 5}) {
+        std::vector<float> expected = StubModelServer::stubEmbedding(texts[i]);
+        EXPECT_EQ(vectors[i], std::vector<double>(expected.begin(), expected.end())) << i;
+    }
+    std::size_t requests = 0;
+    for (const auto& request : server.requests())
+        requests += request.target == "/v1/embeddings" ? 1 : 0;
+    EXPECT_EQ(requests, 2u);
+
+    server.setEmbeddingsBehaviour(Behaviour::dropConnection());
+    for (const auto& vector : embedding.vectors({"grace", "peace"}))
+        EXPECT_EQ(vector, std::nullopt);
+    EXPECT_TRUE(embedding.vectors({}).empty());
+}
+
 TEST(SharedRouter, operatorSwitchIsReadAtEverySelection) {
     StubModelServer server;
     platform::Preferences preferences = platform::Preferences::inMemory();

@@ -132,6 +132,29 @@ TEST(SemanticIndex, semanticPathMapsCosineAndFallsBackToLexicalWithoutVectors) {
     EXPECT_EQ(lexical[0].match, SearchHit::Match::lexical);
 }
 
+/// Counts how the index asks for vectors: each batch's size, and single texts (the queries) apart.
+class CountingEmbedding : public CompassEmbedding {
+public:
+    std::vector<std::optional<std::vector<double>>> vectors(const std::vector<std::string>& texts) const override {
+        batches.push_back(texts.size());
+        return CompassEmbedding::vectors(texts);
+    }
+    mutable std::vector<std::size_t> batches;
+};
+
+TEST(SemanticIndex, upsertEmbedsOnlyTheChangedDocumentsInOneBatch) {
+    auto embedding = std::make_shared<CountingEmbedding>();
+    SemanticIndex index(embedding, 0.5);
+    index.upsert({{"sun", "Sun", "light"}, {"night", "Night", "dark"}, {"sea", "Sea", "water"}});
+    index.upsert({{"sun", "Sun", "light"}, {"night", "Night", "dark water"}, {"sea", "Sea", "water"}});
+    index.upsert({{"sun", "Sun", "light"}});
+    // The same id twice in one batch: the later text is the one embedded and kept.
+    index.upsert({{"dawn", "Dawn", "dark"}, {"dawn", "Dawn", "light"}});
+    EXPECT_EQ(embedding->batches, (std::vector<std::size_t>{3, 1, 2}));
+    EXPECT_EQ(ids(index.search("light", 10)), (std::vector<std::string>{"dawn", "sun"}));
+    EXPECT_EQ(index.documentCount(), 4u);
+}
+
 TEST(SemanticIndex, correctedSearchRetriesWithTheCorrectionAndItsSynonyms) {
     SemanticIndex index(nullptr, 0.55);
     index.upsert({
