@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/JsonTree.h"
 #include "model/SermonNote.h"
 
 #include <nlohmann/json.hpp>
@@ -35,9 +36,18 @@ SermonSubTopic decodeSermonSubTopic(const OrderedJSON& json);
 SermonTopic decodeSermonTopic(const OrderedJSON& json);
 SermonNote decodeSermonNote(const OrderedJSON& json);
 SermonNoteExport decodeSermonNoteExport(const OrderedJSON& json);
+/// The same readers over a parsed file; each throws DecodingError.
+SermonNote decodeSermonNote(const JsonTree::Value& json);
+SermonNoteExport decodeSermonNoteExport(const JsonTree::Value& json);
+/// A JSON array of sermons, decoded on several threads; the first failing element's error is thrown.
+std::vector<SermonNote> decodeSermonList(const JsonTree::Value& json);
 
 /// The store's per-sermon file: pretty-printed, members in declaration order.
 std::string encodeSermonFile(const SermonNote& sermon);
+/// The library archive (a SermonNoteExport with version 1), pretty-printed, members not sorted,
+/// written without copying the sermons into an export record.
+std::string encodeSermonArchive(const std::vector<SermonNote>& sermons, std::string_view appIdentifier,
+                                DateTime exportDate);
 /// Parses and decodes a per-sermon file; throws DecodingError.
 SermonNote decodeSermonFile(std::string_view bytes);
 

@@ -36,15 +36,6 @@ bool isWhiteSpaceOrLineEnd(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
 }
 
-std::vector<SermonNote> decodeSermonArray(const OrderedJSON& json) {
-    if (!json.is_array())
-        throw DecodingError("not an array");
-    std::vector<SermonNote> sermons;
-    for (const auto& element : json)
-        sermons.push_back(decodeSermonNote(element));
-    return sermons;
-}
-
 bool hasExtension(const fs::path& file, std::string_view extension) {
     std::string actual = file.extension().string();
     std::transform(actual.begin(), actual.end(), actual.begin(), [](unsigned char c) { return std::tolower(c); });
@@ -84,20 +75,22 @@ fs::path writeSermonDocument(const SermonNote& sermon, const fs::path& folder) {
 }
 
 std::string encodeArchive(const std::vector<SermonNote>& sermons, DateTime exportDate) {
-    SermonNoteExport archive{1, platform::applicationIdentifier, exportDate, sermons};
-    return encodeSermonNoteExport(archive).dump(2, ' ', false, OrderedJSON::error_handler_t::replace) + "\n";
+    return encodeSermonArchive(sermons, platform::applicationIdentifier, exportDate);
 }
 
 std::vector<SermonNote> readArchive(std::string_view bytes) {
-    OrderedJSON json = OrderedJSON::parse(bytes.begin(), bytes.end(), nullptr, false);
-    if (json.is_discarded())
-        return {};
+    std::optional<JsonTree> tree;
     try {
-        return decodeSermonNoteExport(json).sermons;
+        tree.emplace(JsonTree::parse(bytes));
+    } catch (const DecodingError&) {
+        return {};
+    }
+    try {
+        return decodeSermonNoteExport(tree->root()).sermons;
     } catch (const DecodingError&) {
     }
     try {
-        return decodeSermonArray(json);
+        return decodeSermonList(tree->root());
     } catch (const DecodingError&) {
     }
     return {};

@@ -236,15 +236,22 @@ void SermonNotesManager::syncFromCloud() {
 }
 
 int SermonNotesManager::importSermons(const std::vector<SermonNote>& incoming, model::SermonImportMode mode) {
+    // An index by id: a restore brings thousands of sermons into a library of thousands.
+    std::unordered_map<Uuid, std::size_t> positions;
+    positions.reserve(m_sermons.size() + incoming.size());
+    for (std::size_t index = 0; index < m_sermons.size(); ++index)
+        positions.emplace(m_sermons[index].id, index); // the first of equal ids, as sermon(id) finds
     int count = 0;
     for (const auto& sermon : incoming) {
-        SermonNote* present = findMutable(sermon.id);
-        if (!present) {
+        auto found = positions.find(sermon.id);
+        if (found == positions.end()) {
+            positions.emplace(sermon.id, m_sermons.size());
             m_sermons.push_back(sermon);
             store(sermon);
             ++count;
             continue;
         }
+        SermonNote* present = &m_sermons[found->second];
         switch (mode) {
         case model::SermonImportMode::skipDuplicates:
             break;
@@ -254,7 +261,7 @@ int SermonNotesManager::importSermons(const std::vector<SermonNote>& incoming, m
             ++count;
             break;
         case model::SermonImportMode::importCopies:
-            duplicate(sermon);
+            positions.emplace(duplicate(sermon).id, m_sermons.size() - 1);
             ++count;
             break;
         } // no default, so the compiler warns about a new mode

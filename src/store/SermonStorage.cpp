@@ -2,6 +2,7 @@
 
 #include "model/SermonCoding.h"
 #include "platform/AtomicFile.h"
+#include "platform/ParallelFor.h"
 #include "platform/Paths.h"
 
 #include <spdlog/spdlog.h>
@@ -120,13 +121,24 @@ SermonLoadResult SermonStorage::loadAllSermons() const {
             toRead.push_back(name);
     }
 
-    result.sermons.reserve(toRead.size());
-    for (const auto& name : toRead) {
+    // Files are read and decoded on a few threads; the outcomes are kept per file and taken in
+    // name order afterwards, so the library's order and the log do not depend on the timing.
+    std::vector<std::optional<model::SermonNote>> decoded(toRead.size());
+    std::vector<std::string> failures(toRead.size());
+    platform::parallelFor(toRead.size(), [&](std::size_t index) {
         try {
-            result.sermons.push_back(model::decodeSermonFile(platform::readFile(folder / name)));
+            decoded[index] = model::decodeSermonFile(platform::readFile(folder / toRead[index]));
         } catch (const std::exception& failure) {
-            spdlog::error("Failed to load sermon from {}: {}", name, failure.what());
+            failures[index] = failure.what();
         }
+    });
+
+    result.sermons.reserve(toRead.size());
+    for (std::size_t index = 0; index < toRead.size(); ++index) {
+        if (decoded[index])
+            result.sermons.push_back(std::move(*decoded[index]));
+        else
+            spdlog::error("Failed to load sermon from {}: {}", toRead[index], failures[index]);
     }
     return result;
 }

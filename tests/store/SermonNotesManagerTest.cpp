@@ -340,6 +340,28 @@ TEST(SermonNotesManager, importAppliesTheModeToSermonsAlreadyPresent) {
     }
 }
 
+TEST(SermonNotesManager, importMatchesSermonsAddedEarlierInTheSameImport) {
+    struct Case {
+        SermonImportMode mode;
+        int count;
+        std::size_t librarySize;
+        std::string title;
+    } cases[] = {
+        {SermonImportMode::skipDuplicates, 1, 1, "First"},
+        {SermonImportMode::replaceDuplicates, 2, 1, "Second"},
+        {SermonImportMode::importCopies, 2, 2, "First"},
+    };
+    for (const auto& c : cases) {
+        Library library;
+        auto& manager = library.open();
+        auto incoming = makeSermon("First");
+        EXPECT_EQ(manager.importSermons({incoming, retitled(incoming, "Second")}, c.mode), c.count);
+        EXPECT_EQ(manager.sermons().size(), c.librarySize);
+        EXPECT_EQ(manager.sermon(incoming.id)->title, c.title);
+        EXPECT_EQ(library.onDisk(incoming.id).title, c.title);
+    }
+}
+
 TEST(SermonNotesManager, duplicateIsANewSavedSermonStampedNow) {
     Library library;
     auto original = makeSermon("Original");

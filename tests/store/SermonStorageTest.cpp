@@ -144,6 +144,47 @@ TEST(SermonStorage, unreadableFilesAreLoggedSkippedAndNeverTouched) {
     EXPECT_EQ(testing::readText(sermons / "readme.txt"), "not a sermon");
 }
 
+// Files are decoded on several threads: the library still comes back in file-name order and each
+// broken file is reported once, in that same order, whatever the timing.
+TEST(SermonStorage, loadKeepsFileOrderAndReportsBrokenFilesInOrder) {
+    TemporaryFolder folder;
+    auto storage = SermonStorage::atRoot(folder.path());
+    std::map<std::string, std::string> goodTitleByName;
+    std::vector<std::string> brokenNames;
+    for (int index = 0; index < 150; ++index) {
+        auto sermon = makeSermon("Sermon " + std::to_string(index));
+        const std::string name = sermon.id.text() + ".json";
+        if (index % 9 == 4) {
+            folder.write("Sermons/" + name, index % 2 ? "{\"id\": " : "[]");
+            brokenNames.push_back(name);
+        } else {
+            ASSERT_TRUE(storage.saveSermon(sermon));
+            goodTitleByName[name] = sermon.title;
+        }
+    }
+    std::sort(brokenNames.begin(), brokenNames.end());
+    std::vector<std::string> expectedTitles;
+    for (const auto& [name, title] : goodTitleByName)
+        expectedTitles.push_back(title);
+
+    for (int run = 0; run < 3; ++run) {
+        LogCapture log;
+        auto loaded = storage.loadAllSermons();
+        std::vector<std::string> titles;
+        for (const auto& sermon : loaded.sermons)
+            titles.push_back(sermon.title);
+        EXPECT_EQ(titles, expectedTitles) << "run " << run;
+
+        std::vector<std::string> reported;
+        for (const auto& line : log.lines()) {
+            const std::string prefix = "error: Failed to load sermon from ";
+            if (line.starts_with(prefix))
+                reported.push_back(line.substr(prefix.size(), line.find(':', prefix.size()) - prefix.size()));
+        }
+        EXPECT_EQ(reported, brokenNames) << "run " << run;
+    }
+}
+
 TEST(SermonStorage, syncClientPlaceholdersCountAsPendingUntilTheFileArrives) {
     TemporaryFolder folder;
     auto storage = SermonStorage::atRoot(folder.path());
