@@ -1,5 +1,7 @@
 #include "mesh/SermonStudioMessage.h"
 
+#include "model/JsonWriter.h"
+
 #include <nlohmann/json.hpp>
 
 #include <array>
@@ -61,11 +63,39 @@ std::string SermonStudioMessage::field(const std::string& key) const {
     return found == payload.end() ? std::string() : found->second;
 }
 
+namespace {
+
+/// Appends the message body, written field by field rather than through a JSON document: a passage
+/// of many verses is sent to every peer, and building and escaping a document for it cost more than
+/// the network. Members in name order ("payload", "timestamp", "type"), as peers have always seen them.
+void appendBody(const SermonStudioMessage& message, std::string& out) {
+    std::size_t payloadSize = 0;
+    for (const auto& [key, value] : message.payload)
+        payloadSize += key.size() + value.size() + 8;
+    out.reserve(out.size() + payloadSize + 96);
+    // Invalid UTF-8 is replaced, not refused: a payload copied from a broken file must not stop the bridge.
+    model::JsonWriter writer(out, model::JsonWriter::compact);
+    writer.beginObject();
+    writer.key("payload");
+    writer.beginObject();
+    for (const auto& [key, value] : message.payload) {
+        writer.key(key);
+        writer.string(value);
+    }
+    writer.endObject();
+    writer.key("timestamp");
+    writer.floating(secondsSinceReferenceDate(message.timestamp));
+    writer.key("type");
+    writer.string(rawValue(message.type));
+    writer.endObject();
+}
+
+} // namespace
+
 std::string SermonStudioMessage::encode() const {
-    nlohmann::json body = {
-        {"type", rawValue(type)}, {"payload", payload}, {"timestamp", secondsSinceReferenceDate(timestamp)}};
-    // Replace invalid UTF-8 rather than throw: a payload copied from a broken file must not stop the bridge.
-    return body.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    std::string body;
+    appendBody(*this, body);
+    return body;
 }
 
 std::optional<SermonStudioMessage> SermonStudioMessage::decode(std::string_view body) {
@@ -111,8 +141,10 @@ std::optional<std::uint32_t> acceptedFrameLength(const unsigned char (&header)[4
 }
 
 std::string SermonStudioMessage::frame() const {
-    std::string body = encode();
-    return frameHeader(static_cast<std::uint32_t>(body.size())) + body;
+    std::string frame(4, '\0');
+    appendBody(*this, frame);
+    frame.replace(0, 4, frameHeader(static_cast<std::uint32_t>(frame.size() - 4)));
+    return frame;
 }
 
 } // namespace quillon::mesh

@@ -48,6 +48,8 @@ bool isWellFormedUtf8(std::string_view text) {
 } // namespace
 
 void JsonWriter::newLine(std::size_t depth) {
+    if (m_indentStep == compact)
+        return;
     m_out += '\n';
     m_out.append(depth * static_cast<std::size_t>(m_indentStep), ' ');
 }
@@ -69,7 +71,7 @@ void JsonWriter::key(std::string_view name) {
         m_out += ',';
     newLine(m_counts.size());
     escaped(name);
-    m_out += ": ";
+    m_out += m_indentStep == compact ? ":" : ": ";
     m_afterKey = true;
 }
 

@@ -13,9 +13,14 @@ namespace quillon::model {
 /// control characters escaped (\u001f), and text that is not valid UTF-8 repaired the way
 /// nlohmann repairs it. Building no document first makes writing a sermon several times faster.
 ///
+/// With `compact` as the indent step it writes nlohmann's dump() layout instead: no line breaks, no
+/// blanks ("key":value), as messages sent over the network use.
+///
 /// The caller writes a well-formed sequence (a key before each member value, containers closed).
 class JsonWriter {
 public:
+    static constexpr int compact = -1;
+
     explicit JsonWriter(std::string& out, int indentStep = 2) : m_out(out), m_indentStep(indentStep) {}
 
     void beginObject();

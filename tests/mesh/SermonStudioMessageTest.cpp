@@ -30,6 +30,25 @@ TEST(SermonStudioMessage, encodesTypePayloadAndSecondsSince2001) {
     EXPECT_EQ(frame.substr(0, 4), frameHeader(static_cast<std::uint32_t>(message.encode().size())));
 }
 
+// Siblings parse what we send with their own JSON readers; the body must stay the plain compact
+// JSON they have always received, whatever the payload holds.
+TEST(SermonStudioMessage, bodyIsCompactJsonWithEscapesAndRepairedText) {
+    const std::vector<std::map<std::string, std::string>> payloads{
+        {},
+        {{"reference", "John 3:16"}, {"book", "John"}, {"text", std::string(70000, 'a')}},
+        {{"quote\"d", "back\\slash\ttab\nline\r\b\f"}, {"ctl", std::string("\x01\x1f\x7f nul ", 9) + '\0'}},
+        {{"text", "caf\xC3\xA9 \xF0\x9F\x98\x80 \xE2\x88\x91"}, {"broken", "\xff\xfe cut \xF0\x9F\x98"}},
+    };
+    for (const auto& payload : payloads) {
+        SermonStudioMessage message{Type::toolResponse, payload, std::chrono::system_clock::time_point{1234567ms}};
+        const nlohmann::json expected = {{"type", "toolResponse"},
+                                         {"payload", payload},
+                                         {"timestamp", secondsSinceReferenceDate(message.timestamp)}};
+        EXPECT_EQ(message.encode(), expected.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+        EXPECT_EQ(message.frame(), frameHeader(static_cast<std::uint32_t>(message.encode().size())) + message.encode());
+    }
+}
+
 TEST(SermonStudioMessage, everyTypeRoundTripsAndUnknownNamesDecodeAsUnknown) {
     const char* names[] = {"hello",
                            "heartbeat",
