@@ -3,46 +3,62 @@
 #include <nlohmann/json.hpp>
 
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace quillon::model {
 
 namespace {
 
-/// Well-formed UTF-8 in the sense of nlohmann's serializer (no overlong forms, no surrogates,
-/// nothing above U+10FFFF).
-bool isWellFormedUtf8(std::string_view text) {
-    std::size_t i = 0;
-    const std::size_t size = text.size();
-    auto at = [&](std::size_t index) { return index < size ? static_cast<unsigned char>(text[index]) : 0u; };
+/// The length of the well-formed UTF-8 sequence that starts with a byte of 0x80 or above at
+/// `index`, in the sense of nlohmann's serializer (no overlong forms, no surrogates, nothing above
+/// U+10FFFF); 0 when it is malformed.
+std::size_t sequenceLength(std::string_view text, std::size_t index) {
+    auto at = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0u; };
     auto within = [](unsigned value, unsigned low, unsigned high) { return value >= low && value <= high; };
-    while (i < size) {
-        const unsigned lead = at(i);
-        if (lead < 0x80) {
-            ++i;
-            continue;
-        }
-        std::size_t length = 0;
-        unsigned low = 0x80, high = 0xBF;
-        if (within(lead, 0xC2, 0xDF))
-            length = 2;
-        else if (within(lead, 0xE0, 0xEF)) {
-            length = 3;
-            low = lead == 0xE0 ? 0xA0 : 0x80;
-            high = lead == 0xED ? 0x9F : 0xBF;
-        } else if (within(lead, 0xF0, 0xF4)) {
-            length = 4;
-            low = lead == 0xF0 ? 0x90 : 0x80;
-            high = lead == 0xF4 ? 0x8F : 0xBF;
-        } else
-            return false;
-        if (!within(at(i + 1), low, high))
-            return false;
-        for (std::size_t offset = 2; offset < length; ++offset)
-            if (!within(at(i + offset), 0x80, 0xBF))
-                return false;
-        i += length;
+    const unsigned lead = at(index);
+    std::size_t length = 0;
+    unsigned low = 0x80, high = 0xBF;
+    if (within(lead, 0xC2, 0xDF)) {
+        length = 2;
+    } else if (within(lead, 0xE0, 0xEF)) {
+        length = 3;
+        low = lead == 0xE0 ? 0xA0 : 0x80;
+        high = lead == 0xED ? 0x9F : 0xBF;
+    } else if (within(lead, 0xF0, 0xF4)) {
+        length = 4;
+        low = lead == 0xF0 ? 0x90 : 0x80;
+        high = lead == 0xF4 ? 0x8F : 0xBF;
+    } else {
+        return 0;
     }
-    return true;
+    if (!within(at(index + 1), low, high))
+        return 0;
+    for (std::size_t offset = 2; offset < length; ++offset)
+        if (!within(at(index + offset), 0x80, 0xBF))
+            return 0;
+    return length;
+}
+
+constexpr std::uint64_t everyByte(unsigned char value) {
+    return 0x0101010101010101ULL * value;
+}
+
+/// Whether any of the eight bytes is below `limit` (at most 0x80); exact for the word as a whole.
+constexpr bool hasByteBelow(std::uint64_t word, unsigned char limit) {
+    return ((word - everyByte(limit)) & ~word & everyByte(0x80)) != 0;
+}
+
+constexpr bool hasByte(std::uint64_t word, unsigned char value) {
+    return hasByteBelow(word ^ everyByte(value), 1);
+}
+
+/// Eight bytes that go out as they are: ASCII, no control character, no quote, no backslash.
+/// Verse text is almost all such bytes, so checking a word at a time keeps long passages cheap.
+bool isPlainWord(const char* bytes) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes, sizeof word);
+    return (word & everyByte(0x80)) == 0 && !hasByteBelow(word, 0x20) && !hasByte(word, '"') && !hasByte(word, '\\');
 }
 
 } // namespace
@@ -132,20 +148,34 @@ void JsonWriter::floating(double number) {
 }
 
 void JsonWriter::escaped(std::string_view text) {
-    if (!isWellFormedUtf8(text)) {
-        // nlohmann's repair of broken UTF-8 (replacement characters) is reproduced by using it.
-        m_out += nlohmann::json(std::string(text)).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-        return;
-    }
     static constexpr char hex[] = "0123456789abcdef";
+    const std::size_t start = m_out.size();
+    m_out.reserve(start + text.size() + 2);
     m_out += '"';
     std::size_t plainStart = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = 0; i < text.size();) {
+        if (i + 8 <= text.size() && isPlainWord(text.data() + i)) {
+            i += 8;
+            continue;
+        }
         const auto c = static_cast<unsigned char>(text[i]);
+        if (c >= 0x80) {
+            const std::size_t length = sequenceLength(text, i);
+            if (length == 0) {
+                // nlohmann's repair of broken UTF-8 (replacement characters) is reproduced by using it.
+                m_out.resize(start);
+                m_out +=
+                    nlohmann::json(std::string(text)).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+                return;
+            }
+            i += length;
+            continue;
+        }
+        ++i;
         if (c >= 0x20 && c != '"' && c != '\\')
             continue;
-        m_out.append(text.data() + plainStart, i - plainStart);
-        plainStart = i + 1;
+        m_out.append(text.data() + plainStart, i - 1 - plainStart);
+        plainStart = i;
         switch (c) {
         case '"':
             m_out += "\\\"";
