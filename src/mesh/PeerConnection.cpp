@@ -3,6 +3,7 @@
 #include "mesh/MeshSettings.h"
 #include "mesh/VantalinkPsk.h"
 
+#include <boost/asio/post.hpp>
 #include <boost/asio/read.hpp>
 #include <boost/asio/write.hpp>
 #include <nlohmann/json.hpp>
@@ -122,6 +123,13 @@ void PeerConnection::readBody(std::uint32_t length) {
 void PeerConnection::send(std::string frame) {
     if (m_closed)
         return;
+    if (m_outgoingBytes + frame.size() > maximumQueuedBytes) {
+        // Closed from the bridge's queue rather than here: the caller may be walking the very list of
+        // connections that closing removes this one from.
+        asio::post(m_stream.get_executor(), [self = shared_from_this()] { self->close("the peer stopped reading"); });
+        return;
+    }
+    m_outgoingBytes += frame.size();
     m_outgoing.push_back(std::move(frame));
     if (m_outgoing.size() == 1)
         writeNext();
@@ -138,6 +146,7 @@ void PeerConnection::writeNext() {
                                   self->close(error.message());
                                   return;
                               }
+                              self->m_outgoingBytes -= self->m_outgoing.front().size();
                               self->m_outgoing.pop_front();
                               if (!self->m_outgoing.empty())
                                   self->writeNext();
@@ -155,6 +164,7 @@ void PeerConnection::close(const std::string& reason) {
     m_stream.next_layer().shutdown(asio::ip::tcp::socket::shutdown_both, ignored);
     m_stream.next_layer().close(ignored);
     m_outgoing.clear();
+    m_outgoingBytes = 0;
     m_owner.connectionClosed(shared_from_this(), reason);
 }
 

@@ -21,6 +21,9 @@ namespace quillon::mesh {
 /// Lives on the bridge's thread; every member is touched only there (except the claim).
 class PeerConnection : public std::enable_shared_from_this<PeerConnection> {
 public:
+    /// Room for a few of the largest frames: a slow reader catches up, a stalled one is let go.
+    static constexpr std::size_t maximumQueuedBytes = 3 * std::size_t{maximumFrameLength};
+
     using Stream = boost::asio::ssl::stream<boost::asio::ip::tcp::socket>;
 
     /// What the connection reports to the bridge; called on the bridge's thread.
@@ -48,7 +51,8 @@ public:
 
     /// Starts reading; a secure connection first completes its handshake within `handshakeTimeout`.
     void start(std::chrono::milliseconds handshakeTimeout);
-    /// Queues a frame (header included).
+    /// Queues a frame (header included). A peer that lets more than `maximumQueuedBytes` pile up
+    /// is closed: it has stopped reading, and the desk must not hold its backlog without end.
     void send(std::string frame);
     /// Closes at once; the owner hears connectionClosed once.
     void close(const std::string& reason);
@@ -87,6 +91,7 @@ private:
     unsigned char m_header[4] = {};
     std::string m_body;
     std::deque<std::string> m_outgoing;
+    std::size_t m_outgoingBytes = 0;
     bool m_ready = false;
     bool m_closed = false;
     std::optional<std::string> m_pskPeer;

@@ -307,6 +307,21 @@ TEST(ScriptureBridge, anAnswerTooLongForOneFrameBecomesAnError) {
     EXPECT_TRUE(log.contains("Did not send toolResponse to Brenmoor"));
 }
 
+TEST(ScriptureBridge, aPeerThatStopsReadingIsLetGoRatherThanQueuedForEver) {
+    LogCapture log;
+    BridgeHarness harness;
+    auto stalled = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    stalled->hello("Stalled");
+    ASSERT_TRUE(harness.waitForEvent(Kind::peerNamed));
+    // About 1 MB an announcement: the socket buffers absorb a few, the queue a few dozen more.
+    const LiveScripture psalm{"Psalms 119", "Psalms", "KJV", std::string(1'000'000, 'a')};
+    for (int i = 0; i < 80 && !log.contains("the peer stopped reading"); ++i) {
+        harness.bridge->announce(psalm);
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_TRUE(eventually([&] { return log.contains("Stalled left: the peer stopped reading"); }));
+}
+
 TEST(ScriptureBridge, aSilentPeerIsDroppedSoonAfterTheLimitNotAtTheNextHeartbeat) {
     auto settings = BridgeHarness::quietSettings();
     settings.heartbeatInterval = 3s;
