@@ -63,20 +63,17 @@ std::vector<scripture::BibleSearchResult> matchingVerses(const std::string& ques
 
 std::vector<intelligence::LibrarySource> sourcesFor(const std::string& question, Library& library) {
     std::vector<intelligence::LibrarySource> sources;
-    const std::vector<model::SermonNote>& sermons = library.manager().sermons();
     search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
-    index.refresh(sermons);
+    index.refresh(library.manager().sermons());
     orvane::CorrectedSearch found = index.search(question, sermonSourceLimit);
-    for (const orvane::SearchHit& hit : found.hits)
-        for (const model::SermonNote& sermon : sermons)
-            if (sermon.id.text() == hit.documentID)
-                sources.push_back(sermonSource(sermon, hit, question, found.corrections));
+    for (const orvane::SearchHit& hit : found.hits) {
+        const auto id = model::Uuid::parse(hit.documentID);
+        if (const model::SermonNote* sermon = id ? library.manager().sermon(*id) : nullptr)
+            sources.push_back(sermonSource(*sermon, hit, question, found.corrections));
+    }
     for (const scripture::BibleSearchResult& result : matchingVerses(question)) {
-        // The verse files name books by the table's own abbreviations ("1The"), which the reader of typed names does
-        // not always take.
+        // Verses carry the book table's abbreviation ("1The"); sources name the book in full.
         const scripture::BibleBook* book = scripture::bibleBookWithAbbreviation(result.verse.bookAbbreviation);
-        if (!book)
-            book = scripture::resolveBookInTable(result.verse.bookAbbreviation);
         sources.push_back(
             {intelligence::LibrarySource::Verse{book ? book->name : result.verse.bookAbbreviation, result.verse.chapter,
                                                 result.verse.verse, result.version, result.verse.text}});

@@ -9,7 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include <ostream>
-#include <unordered_map>
 
 namespace quillon::cli {
 
@@ -26,20 +25,17 @@ int SearchCommand::run(CommandContext& context, Library& library) {
     for (const auto& word : m_words)
         query += (query.empty() ? "" : " ") + word;
 
-    const auto& sermons = library.manager().sermons();
     search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
-    index.refresh(sermons);
+    index.refresh(library.manager().sermons());
     const auto result = index.search(query, m_limit);
     const auto banner = orvane::QueryCorrection::bannerText(result.corrections);
 
-    std::unordered_map<std::string, const model::SermonNote*> byID;
-    for (const auto& sermon : sermons)
-        byID.emplace(sermon.id.text(), &sermon);
     std::vector<std::pair<orvane::SearchHit, search::SermonSearchDisplayHit>> hits;
-    for (const auto& hit : result.hits)
-        if (const auto found = byID.find(hit.documentID); found != byID.end())
-            hits.emplace_back(hit,
-                              search::SermonSearchDisplayHit::make(hit, *found->second, query, result.corrections));
+    for (const auto& hit : result.hits) {
+        const auto id = model::Uuid::parse(hit.documentID);
+        if (const model::SermonNote* sermon = id ? library.manager().sermon(*id) : nullptr)
+            hits.emplace_back(hit, search::SermonSearchDisplayHit::make(hit, *sermon, query, result.corrections));
+    }
 
     if (context.json) {
         nlohmann::ordered_json corrections = nlohmann::ordered_json::array();

@@ -1,5 +1,6 @@
 #include "mesh/MeshScriptureReference.h"
 
+#include "orvane/ScriptureReference.h"
 #include "scripture/ReferenceParser.h"
 
 #include <charconv>
@@ -27,13 +28,7 @@ bool isValid(const MeshScriptureReference& reference) {
 } // namespace
 
 std::string MeshScriptureReference::description() const {
-    std::string text = book + " " + std::to_string(chapter);
-    if (!startVerse)
-        return text;
-    text += ":" + std::to_string(*startVerse);
-    if (endVerse && *endVerse != *startVerse)
-        text += "-" + std::to_string(*endVerse);
-    return text;
+    return orvane::ScriptureReference{book, chapter, startVerse, endVerse}.description();
 }
 
 std::optional<MeshScriptureReference>
