@@ -12,8 +12,18 @@ namespace quillon::exports {
 
 /// Brings an existing document (.docx, .md, .txt, .rtf) in as a draft sermon through one
 /// OutlineParser. Sermon files (.quillet, .vrnsermons) keep their own readers in the model.
+///
+/// Limits: a Word package may be `DocxReader::maximumFileBytes`, any other document
+/// `maximumTextBytes`; each reader then works in time and memory linear in what it was given
+/// (their headers say how). Text that is not text (NUL bytes, control characters) is refused.
 class DocumentImporter {
 public:
+    /// Far beyond any sermon, small enough that the readers' per-character overhead stays modest.
+    static constexpr std::size_t maximumTextBytes = 16u << 20;
+
+    /// The size limit for a kind ("docx", "md", "txt", "rtf").
+    static std::size_t maximumBytes(std::string_view kind);
+
     explicit DocumentImporter(ReferenceRecognizer recognize) : m_parser(std::move(recognize)) {}
 
     /// True for the extensions this importer reads (compared without regard to case).
@@ -26,9 +36,6 @@ public:
     /// The same from bytes already read; `extension` is "docx", "md", "txt" or "rtf".
     model::SermonNote importBytes(std::string_view bytes, std::string_view extension, std::string_view fallbackTitle,
                                   model::DateTime now) const;
-
-    /// Markdown lines with headings, quotations and list markers turned into hints.
-    static std::vector<OutlineLine> markdownLines(std::string_view markdown);
 
 private:
     OutlineParser m_parser;

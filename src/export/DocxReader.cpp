@@ -96,56 +96,104 @@ OutlineLine::Hint styleHint(const pugi::xml_node& paragraph) {
     return OutlineLine::Hint::none;
 }
 
-void collectRuns(const pugi::xml_node& node, std::string& text, bool& allItalic, bool& anyText) {
-    for (pugi::xml_node child : node.children()) {
-        const std::string_view name = child.name();
-        if (name == "w:r") {
-            const bool italic = isOn(child.child("w:rPr").child("w:i"));
-            for (pugi::xml_node part : child.children()) {
-                const std::string_view partName = part.name();
-                if (partName == "w:t") {
-                    const std::string_view value = part.text().get();
-                    text += value;
-                    if (!value.empty()) {
-                        anyText = true;
-                        allItalic = allItalic && italic;
-                    }
-                } else if (partName == "w:tab") {
-                    text += '\t';
-                } else if (partName == "w:br" || partName == "w:cr") {
-                    text += '\n';
-                }
+/// The node after `node` in document order when `node`'s own children are skipped, staying
+/// inside `root`. Walking this way needs no recursion, so nesting depth costs no stack.
+pugi::xml_node nextSkippingChildren(pugi::xml_node node, const pugi::xml_node& root) {
+    while (node && node != root) {
+        if (pugi::xml_node sibling = node.next_sibling())
+            return sibling;
+        node = node.parent();
+    }
+    return {};
+}
+
+/// Elements that only wrap runs: their runs are the paragraph's text.
+bool wrapsRuns(std::string_view name) {
+    static constexpr std::string_view wrappers[] = {"w:hyperlink", "w:ins",       "w:smartTag", "w:sdt", "w:sdtContent",
+                                                    "w:fldSimple", "w:customXml", "w:dir",      "w:bdo", "w:moveTo"};
+    return std::find(std::begin(wrappers), std::end(wrappers), name) != std::end(wrappers);
+}
+
+/// The text one run contributes. White space is the run's own: "w:t" elements that hold only a
+/// space (Word and pandoc write one between differently formatted words) are kept.
+void appendRunText(const pugi::xml_node& run, std::string& text, bool& allItalic, bool& anyText) {
+    const bool italic = isOn(run.child("w:rPr").child("w:i"));
+    for (pugi::xml_node part : run.children()) {
+        const std::string_view partName = part.name();
+        if (partName == "w:t") {
+            const std::string_view value = part.text().get();
+            text += value;
+            if (!value.empty()) {
+                anyText = true;
+                allItalic = allItalic && italic;
             }
-        } else if (name == "w:hyperlink" || name == "w:ins" || name == "w:smartTag" || name == "w:sdtContent" ||
-                   name == "w:sdt" || name == "w:fldSimple") {
-            collectRuns(child, text, allItalic, anyText);
+        } else if (partName == "w:tab" || partName == "w:ptab") {
+            text += '\t';
+        } else if (partName == "w:br" || partName == "w:cr") {
+            text += '\n';
+        } else if (partName == "w:noBreakHyphen") {
+            text += '-';
         }
+        // w:softHyphen shows nothing unless a line breaks there; w:delText is deleted text.
     }
 }
 
-void collectParagraphs(const pugi::xml_node& container, std::vector<OutlineLine>& lines) {
-    for (pugi::xml_node child : container.children()) {
-        const std::string_view name = child.name();
-        if (name == "w:p") {
-            std::string text;
-            bool allItalic = true;
-            bool anyText = false;
-            collectRuns(child, text, allItalic, anyText);
-            OutlineLine::Hint hint = styleHint(child);
-            if (hint == OutlineLine::Hint::none && anyText && allItalic)
-                hint = OutlineLine::Hint::quotation;
-            std::size_t start = 0;
-            for (;;) {
-                const std::size_t end = text.find('\n', start);
-                lines.push_back(OutlineLine{text.substr(start, end - start), hint});
-                if (end == std::string::npos)
-                    break;
-                start = end + 1;
-            }
-        } else if (name == "w:sdt" || name == "w:sdtContent") {
-            collectParagraphs(child, lines);
-        }
-        // Tables are left out: in a sermon document they are indexes that repeat the outline.
+void collectRuns(const pugi::xml_node& paragraph, std::string& text, bool& allItalic, bool& anyText) {
+    pugi::xml_node node = paragraph.first_child();
+    while (node) {
+        const std::string_view name = node.name();
+        if (name == "w:r")
+            appendRunText(node, text, allItalic, anyText);
+        if (wrapsRuns(name) && node.first_child())
+            node = node.first_child();
+        else
+            node = nextSkippingChildren(node, paragraph);
+    }
+}
+
+void appendParagraph(const pugi::xml_node& paragraph, std::vector<OutlineLine>& lines) {
+    std::string text;
+    bool allItalic = true;
+    bool anyText = false;
+    collectRuns(paragraph, text, allItalic, anyText);
+    OutlineLine::Hint hint = styleHint(paragraph);
+    if (hint == OutlineLine::Hint::none && anyText && allItalic)
+        hint = OutlineLine::Hint::quotation;
+    std::size_t start = 0;
+    for (;;) {
+        const std::size_t end = text.find('\n', start);
+        lines.push_back(OutlineLine{text.substr(start, end - start), hint});
+        if (end == std::string::npos)
+            break;
+        start = end + 1;
+    }
+}
+
+/// The heading our own Word export puts over its table of passages: it names the table, which
+/// is left out, so it is left out with it.
+bool headsScriptureIndex(const pugi::xml_node& paragraph) {
+    const pugi::xml_node next = paragraph.next_sibling();
+    if (std::string_view(next.name()) != "w:tbl")
+        return false;
+    std::string text;
+    bool allItalic = true;
+    bool anyText = false;
+    collectRuns(paragraph, text, allItalic, anyText);
+    return text == "Scripture Index";
+}
+
+void collectParagraphs(const pugi::xml_node& body, std::vector<OutlineLine>& lines) {
+    pugi::xml_node node = body.first_child();
+    while (node) {
+        const std::string_view name = node.name();
+        if (name == "w:p" && !headsScriptureIndex(node))
+            appendParagraph(node, lines);
+        // Content controls wrap paragraphs, at any depth. Tables are left out: in a sermon
+        // document they are indexes that repeat the outline.
+        if ((name == "w:sdt" || name == "w:sdtContent" || name == "w:customXml") && node.first_child())
+            node = node.first_child();
+        else
+            node = nextSkippingChildren(node, body);
     }
 }
 
@@ -199,8 +247,9 @@ std::vector<OutlineLine> DocxReader::read(std::string_view packageBytes) {
 
     pugi::xml_document document;
     // No DOCTYPE processing and no custom entities: pugixml only knows the five predefined ones.
-    const pugi::xml_parse_result parsed =
-        document.load_buffer(xml.data(), xml.size(), pugi::parse_default & ~pugi::parse_doctype, pugi::encoding_utf8);
+    // A text element holding only white space is kept: it is the space between two words.
+    const unsigned options = (pugi::parse_default & ~pugi::parse_doctype) | pugi::parse_ws_pcdata_single;
+    const pugi::xml_parse_result parsed = document.load_buffer(xml.data(), xml.size(), options, pugi::encoding_utf8);
     if (!parsed)
         throw ExportError(unreadable);
     const pugi::xml_node body = document.child("w:document").child("w:body");

@@ -12,6 +12,11 @@ namespace quillon::exports {
 /// tables are left out). A hostile file is refused with ExportError before it can use much
 /// memory: entries pointing outside the package, more data than the limits below, XML that
 /// declares entities.
+///
+/// Limits: the package at most `maximumFileBytes`, at most `maximumEntries` entries, the body part
+/// at most `maximumDocumentBytes` once inflated. The XML parser and the walk over the body are
+/// iterative, so nesting depth (content controls inside content controls…) costs no stack; time
+/// and memory are linear in the body part.
 class DocxReader {
 public:
     static constexpr std::size_t maximumFileBytes = 64u << 20;

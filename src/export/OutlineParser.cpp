@@ -3,8 +3,8 @@
 #include "export/OutlineNumbering.h"
 #include "export/XmlText.h"
 
+#include <algorithm>
 #include <cctype>
-#include <regex>
 
 namespace quillon::exports {
 
@@ -29,47 +29,137 @@ struct Marker {
     std::string rest;  // the text after the marker
 };
 
+bool isAsciiLetter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+bool isAsciiDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+/// "IV. Rest", "3) Rest", "b. Rest" or a marker alone: up to seven letters or three digits, then
+/// "." or ")", then white space before the rest.
 std::optional<Marker> marker(const std::string& line) {
-    static const std::regex pattern(R"(^([A-Za-z]{1,7}|[0-9]{1,3})[.)](?:\s+(.*))?$)");
-    std::smatch match;
-    if (!std::regex_match(line, match, pattern))
+    std::size_t length = 0;
+    if (!line.empty() && isAsciiDigit(line[0])) {
+        while (length < line.size() && length < 4 && isAsciiDigit(line[length]))
+            ++length;
+        if (length > 3)
+            return std::nullopt;
+    } else {
+        while (length < line.size() && length < 8 && isAsciiLetter(line[length]))
+            ++length;
+        if (length == 0 || length > 7)
+            return std::nullopt;
+    }
+    if (length >= line.size() || (line[length] != '.' && line[length] != ')'))
         return std::nullopt;
-    return Marker{match[1].str(), trim(match[2].str())};
+    const std::string_view rest = std::string_view(line).substr(length + 1);
+    if (!rest.empty() && !std::isspace(static_cast<unsigned char>(rest.front())))
+        return std::nullopt;
+    return Marker{line.substr(0, length), trim(rest)};
 }
 
 bool isRoman(const std::string& label) {
-    if (label.empty() || label.find_first_not_of("IVXLCDM") != std::string::npos)
+    static constexpr std::string_view letters = "IVXLCDM";
+    static constexpr int values[] = {1, 5, 10, 50, 100, 500, 1000};
+    if (label.empty() || label.find_first_not_of(letters) != std::string::npos)
         return false;
-    for (int value = 1; value < 4000; ++value)
-        if (romanNumeral(value) == label)
-            return true;
-    return false;
+    int total = 0;
+    for (std::size_t i = 0; i < label.size(); ++i) {
+        const int value = values[letters.find(label[i])];
+        const int next = i + 1 < label.size() ? values[letters.find(label[i + 1])] : 0;
+        total += value < next ? -value : value;
+    }
+    // Only the canonical spelling counts: "IIII" and "IC" are words, not numbers.
+    return total > 0 && total < 4000 && romanNumeral(total) == label;
 }
 
 struct VersionedText {
     std::string reference;
     model::BibleVersion version = model::BibleVersion::kjv;
+    /// A translation named after the reference that this program has no text of ("ESV").
+    std::string missingVersion;
 };
 
-/// "John 3:16 (NKJV)", "John 3:16 - NLT", "John 3:16 [ASV]" name their version after the reference.
+VersionedText unversioned(const std::string& line) {
+    return VersionedText{line, model::BibleVersion::kjv, {}};
+}
+
+bool equalsIgnoringCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (std::toupper(static_cast<unsigned char>(a[i])) != std::toupper(static_cast<unsigned char>(b[i])))
+            return false;
+    return true;
+}
+
+/// "John 3:16 (NKJV)", "John 3:16 - NLT", "John 3:16 [ASV]", "Luke 15:22-24 ESV" name their
+/// version after the reference. A known code is matched in any case; an unknown one must be a
+/// capitalised abbreviation of two to six letters, so "Psalm 23 and" stays text.
 VersionedText splitVersion(const std::string& line) {
-    static const std::regex pattern(R"(^(.*?)[\s,\-]*[\(\[]?\s*(KJV|ASV|YLT|LSV|NLT|NKJV|AMP)\s*[\)\]]?\s*$)",
-                                    std::regex::icase);
-    std::smatch match;
-    if (std::regex_match(line, match, pattern) && !match[1].str().empty()) {
-        std::string code = match[2].str();
-        for (char& c : code)
-            c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-        if (auto version = model::bibleVersionFromRawValue(code))
-            return {trim(match[1].str()), *version};
-    }
-    return {line, model::BibleVersion::kjv};
+    std::string_view rest = line;
+    const auto dropTrailing = [&](std::string_view characters) {
+        while (!rest.empty() && characters.find(rest.back()) != std::string_view::npos)
+            rest.remove_suffix(1);
+    };
+    dropTrailing(" \t");
+    if (!rest.empty() && (rest.back() == ')' || rest.back() == ']'))
+        rest.remove_suffix(1);
+    dropTrailing(" \t");
+    std::size_t start = rest.size();
+    while (start > 0 && isAsciiLetter(rest[start - 1]))
+        --start;
+    const std::string_view code = rest.substr(start);
+    rest = rest.substr(0, start);
+    if (code.empty() || code.size() > 6)
+        return unversioned(line);
+    // The code must stand apart from the reference: "John 3:16KJV" and "Jude" are no versions.
+    if (rest.empty() || (rest.back() != ' ' && rest.back() != '\t' && rest.back() != '(' && rest.back() != '[' &&
+                         rest.back() != ',' && rest.back() != '-'))
+        return unversioned(line);
+    if (rest.back() == '(' || rest.back() == '[')
+        rest.remove_suffix(1);
+    dropTrailing(" \t,-");
+    if (rest.empty())
+        return unversioned(line);
+    for (model::BibleVersion version : model::allBibleVersions)
+        if (equalsIgnoringCase(code, model::rawValue(version)))
+            return {trim(rest), version, {}};
+    const bool abbreviation =
+        code.size() >= 2 && std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    if (!abbreviation)
+        return unversioned(line);
+    return {trim(rest), model::BibleVersion::kjv, std::string(code)};
 }
 
 void appendLine(std::string& text, const std::string& line) {
     if (!text.empty())
         text += '\n';
     text += line;
+}
+
+struct Recognized {
+    RecognizedPassage passage;
+    VersionedText versioned;
+};
+
+std::optional<Recognized> recognise(const ReferenceRecognizer& recognize, const std::string& line) {
+    // A reference with its version is short; longer lines are prose, and the book matcher's
+    // spelling tolerance costs time in proportion to the line.
+    if (!recognize || line.size() > OutlineParser::maximumReferenceLineBytes)
+        return std::nullopt;
+    VersionedText versioned = splitVersion(line);
+    auto passage = recognize(versioned.reference);
+    if (!passage && versioned.reference != line) {
+        // The parser may read the whole line, version and all, better than the split does.
+        passage = recognize(line);
+        versioned = unversioned(line);
+    }
+    if (!passage)
+        return std::nullopt;
+    return Recognized{std::move(*passage), std::move(versioned)};
 }
 
 /// Builds the sermon as lines arrive; each add* keeps the "current" point up to date.
@@ -100,12 +190,12 @@ public:
         return topic.subTopics.back();
     }
 
-    void addScripture(const RecognizedPassage& passage, model::BibleVersion version, const std::string& reference) {
+    void addScripture(const RecognizedPassage& passage, const VersionedText& versioned) {
         // Passages belong to sub-points; a passage right under a topic gets a sub-point named after it.
         if (sermon.topics.empty())
-            addTopic(reference);
+            addTopic(versioned.reference);
         if (sermon.topics.back().subTopics.empty())
-            addSubTopic(reference);
+            addSubTopic(versioned.reference);
         auto& subTopic = sermon.topics.back().subTopics.back();
         model::SermonScripture scripture;
         scripture.id = model::Uuid::random();
@@ -113,9 +203,13 @@ public:
         scripture.chapter = passage.chapter;
         scripture.startVerse = passage.startVerse;
         scripture.endVerse = passage.endVerse;
-        scripture.version = version;
+        scripture.version = versioned.version;
         scripture.sortOrder = static_cast<int>(subTopic.scriptures.size());
         subTopic.scriptures.push_back(std::move(scripture));
+        // The preacher chose that translation; say why the passage shows another one.
+        if (!versioned.missingVersion.empty())
+            appendLine(subTopic.details,
+                       OutlineParser::missingVersionNote(versioned.missingVersion, versioned.reference));
     }
 
     void addDetail(const std::string& line) {
@@ -136,12 +230,15 @@ public:
     bool addMetadata(const std::string& line) {
         if (!sermon.topics.empty())
             return false;
-        static const std::regex pattern(R"(^(Speaker|Series|Venue|Preacher|Date|Tags)\s*:\s*(.+)$)", std::regex::icase);
-        std::smatch match;
-        if (!std::regex_match(line, match, pattern))
+        const std::size_t colon = line.find(':');
+        if (colon == std::string::npos || colon > 16)
             return false;
-        std::string label = match[1].str();
-        const std::string value = trim(match[2].str());
+        std::string label = trim(std::string_view(line).substr(0, colon));
+        const std::string value = trim(std::string_view(line).substr(colon + 1));
+        static constexpr std::string_view labels[] = {"Speaker", "Series", "Venue", "Preacher", "Date", "Tags"};
+        if (value.empty() || std::none_of(std::begin(labels), std::end(labels),
+                                          [&](auto known) { return equalsIgnoringCase(label, known); }))
+            return false;
         label[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(label[0])));
         for (std::size_t i = 1; i < label.size(); ++i)
             label[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(label[i])));
@@ -173,6 +270,11 @@ public:
 };
 
 } // namespace
+
+std::string OutlineParser::missingVersionNote(std::string_view version, std::string_view reference) {
+    return std::string(version) + " is not in this build of Quillon, so " + std::string(reference) +
+           " is attached in KJV.";
+}
 
 model::SermonNote OutlineParser::parse(std::string_view text) const {
     std::vector<OutlineLine> lines;
@@ -210,11 +312,8 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
         if (quotedPassage) {
             // The quoted verse text under a reference is the library's text, not the preacher's
             // notes; another reference in the same quotation is still a passage.
-            const VersionedText versioned = splitVersion(line);
-            if (m_recognize) {
-                if (auto passage = m_recognize(versioned.reference))
-                    draft.addScripture(*passage, versioned.version, versioned.reference);
-            }
+            if (auto found = recognise(m_recognize, line))
+                draft.addScripture(found->passage, found->versioned);
             draft.lastWasScripture = true;
             continue;
         }
@@ -252,13 +351,10 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
             draft.addSubTopic(title);
             continue;
         }
-        if (m_recognize) {
-            const VersionedText versioned = splitVersion(line);
-            if (auto passage = m_recognize(versioned.reference)) {
-                draft.addScripture(*passage, versioned.version, versioned.reference);
-                draft.lastWasScripture = true;
-                continue;
-            }
+        if (auto found = recognise(m_recognize, line)) {
+            draft.addScripture(found->passage, found->versioned);
+            draft.lastWasScripture = true;
+            continue;
         }
         if (draft.addMetadata(line))
             continue;

@@ -34,9 +34,18 @@ struct OutlineLine {
 /// Turns the lines of an existing document into a draft sermon. Roman-numeral or numbered lines
 /// become topics, lettered lines sub-topics, lines that are references attached scriptures (KJV
 /// unless a version is named after the reference), every other line details of the point above it.
+///
+/// Limits: time and memory are linear in the text. Lines are read by hand-written matchers, never
+/// by a backtracking regular expression; only lines of at most `maximumReferenceLineBytes` are
+/// offered to the reference recogniser.
 class OutlineParser {
 public:
+    static constexpr std::size_t maximumReferenceLineBytes = 160;
+
     explicit OutlineParser(ReferenceRecognizer recognize) : m_recognize(std::move(recognize)) {}
+
+    /// The detail line under a passage whose named translation this program does not carry.
+    static std::string missingVersionNote(std::string_view version, std::string_view reference);
 
     /// Plain text, one outline element a line.
     model::SermonNote parse(std::string_view text) const;

@@ -22,7 +22,9 @@ struct GroupState {
     bool underline = false;
     int colourIndex = 0;
     double fontSize = 0;
-    std::string link;
+    /// Index into the parser's link table; 0 for no link. Groups are copied on every "{", so
+    /// they carry no text of their own.
+    std::size_t link = 0;
     int unicodeSkip = 1;
 };
 
@@ -69,7 +71,7 @@ bool isSkippedDestination(const std::string& word) {
 
 class Parser {
 public:
-    explicit Parser(std::string_view rtf) : m_rtf(rtf) {}
+    explicit Parser(std::string_view rtf) : m_rtf(rtf), m_linkBudget(RtfReader::linkCopyBudget(rtf.size())) {}
 
     RichText run() {
         m_stack.push_back(GroupState{});
@@ -78,7 +80,7 @@ public:
             switch (c) {
             case '{':
                 // Bounded nesting: a hostile file cannot grow the stack without limit.
-                if (m_stack.size() < 512)
+                if (m_stack.size() < RtfReader::maximumGroupDepth)
                     m_stack.push_back(m_stack.back());
                 else
                     ++m_ignoredOpens;
@@ -121,12 +123,22 @@ private:
         m_stack.pop_back();
         if (closed.destination == Destination::fieldInstruction &&
             state().destination != Destination::fieldInstruction) {
-            state().link = hyperlinkTarget(m_instruction);
+            state().link = addLink(hyperlinkTarget(m_instruction));
             m_instruction.clear();
         }
         if (closed.destination == Destination::colourTable && state().destination != Destination::colourTable &&
             m_colourPending)
             finishColour();
+    }
+
+    /// A target longer than any real link (an instruction missing its closing quote runs on to
+    /// the end of the field) is dropped; the linked text stays.
+    std::size_t addLink(std::string target) {
+        if (target.empty() || target.size() > RtfReader::maximumLinkBytes)
+            return 0;
+        if (target != m_links.back())
+            m_links.push_back(std::move(target));
+        return m_links.size() - 1;
     }
 
     static std::string hyperlinkTarget(const std::string& instruction) {
@@ -385,15 +397,21 @@ private:
             run.underline = s.underline;
             run.colorHex = colour;
             run.fontSize = s.fontSize;
-            run.link = s.link;
+            m_runLink = s.link;
+            // Every run of a link holds its own copy of the target; a document that alternates
+            // formatting inside one long link gets only as many copies as the budget allows.
+            if (m_runLink != 0 && m_links[m_runLink].size() <= m_linkBudget) {
+                run.link = m_links[m_runLink];
+                m_linkBudget -= run.link.size();
+            }
             m_paragraph.runs.push_back(std::move(run));
         }
         appendUtf8(m_paragraph.runs.back().text, c);
     }
 
-    static bool sameLook(const RichRun& run, const GroupState& s, const std::string& colour) {
+    bool sameLook(const RichRun& run, const GroupState& s, const std::string& colour) const {
         return run.bold == s.bold && run.italic == s.italic && run.underline == s.underline && run.colorHex == colour &&
-               run.fontSize == s.fontSize && run.link == s.link;
+               run.fontSize == s.fontSize && m_runLink == s.link;
     }
 
     void breakParagraph() {
@@ -420,6 +438,9 @@ private:
     int m_skipCharacters = 0;
     char32_t m_highSurrogate = 0;
     std::string m_instruction;
+    std::vector<std::string> m_links{std::string()};
+    std::size_t m_runLink = 0;
+    std::size_t m_linkBudget;
     std::vector<std::string> m_colours{std::string()};
     std::array<int, 3> m_colour{0, 0, 0};
     bool m_colourPending = false;

@@ -2,6 +2,7 @@
 
 #include "export/RichText.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace quillon::exports {
@@ -10,8 +11,18 @@ namespace quillon::exports {
 /// hyperlinks (HYPERLINK fields). Everything else a word processor writes (style sheets, list
 /// tables, pictures, document information) is skipped. Malformed input gives whatever text could
 /// be read, never an error.
+///
+/// Limits: one pass, time linear in the input. Groups nest at most `maximumGroupDepth` deep
+/// (deeper ones are read as part of their parent); a group costs a few dozen bytes whatever its
+/// link, since links live in one table; a link target longer than `maximumLinkBytes` is dropped
+/// and its text kept; all runs together copy at most `linkCopyBudget` bytes of link targets
+/// (later runs keep their text without the link).
 class RtfReader {
 public:
+    static constexpr std::size_t maximumGroupDepth = 512;
+    static constexpr std::size_t maximumLinkBytes = 4096;
+    static constexpr std::size_t linkCopyBudget(std::size_t inputBytes) { return 8 * inputBytes + (1u << 20); }
+
     static RichText read(std::string_view rtf);
 };
 

@@ -50,6 +50,8 @@ TEST(OutlineParser, tellsTopicsFromSubTopicsByTheirMarkers) {
         {"I. One\nA. a\nB. b\nC. c\nII. Two\nC. Hundred", {"T:One", "S:a", "S:b", "S:c", "T:Two", "T:Hundred"}},
         {"IV. Late start\nV. Next", {"T:Late start", "T:Next"}},
         {"IIII. Not roman", {"D:IIII. Not roman"}},
+        {"I. One\nIC. Not roman either\nMMXXV. The year", {"T:One", "D:IC. Not roman either", "T:The year"}},
+        {"I. One\nIi.Touching\nVIII)", {"T:One", "D:Ii.Touching", "T:"}},
     };
     for (const auto& c : cases) {
         auto sermon = OutlineParser(testing::fakeRecognizer()).parse("Title\n" + c.text);
@@ -63,10 +65,30 @@ TEST(OutlineParser, tellsTopicsFromSubTopicsByTheirMarkers) {
 TEST(OutlineParser, takesTheNamedVersionAndKeepsKjvOtherwise) {
     const auto sermon =
         OutlineParser(testing::fakeRecognizer())
-            .parse("I. Word\nA. Light\nJohn 1:4-5 (NKJV)\nPsalm 119:105 - asv\nRomans 8:1 [LSV]\n1 John 1:9");
+            .parse("I. Word\nA. Light\nJohn 1:4-5 (NKJV)\nPsalm 119:105 - asv\nRomans 8:1 [LSV]\n"
+                   "1 John 1:9\nJohn 3:16 nkjv\nB. Other translations\nJohn 3:16 ESV\nRomans 8:1 (NIV)\n"
+                   "John 3:16KJV\nWelcome to FBC\nJohn 3:16 esv");
     EXPECT_EQ(shape(sermon),
               (std::vector<std::string>{"T:Word", "S:Light", "R:John 1:4-5 NKJV", "R:Psalm 119:105-105 ASV",
-                                        "R:Romans 8:1-1 LSV", "R:1 John 1:9-9 KJV"}));
+                                        "R:Romans 8:1-1 LSV", "R:1 John 1:9-9 KJV", "R:John 3:16-16 NKJV",
+                                        "S:Other translations", "R:John 3:16-16 KJV", "R:Romans 8:1-1 KJV",
+                                        "D:" + OutlineParser::missingVersionNote("ESV", "John 3:16") + "\n" +
+                                            OutlineParser::missingVersionNote("NIV", "Romans 8:1") +
+                                            "\nJohn 3:16KJV\nWelcome to FBC\nJohn 3:16 esv"}));
+    EXPECT_EQ(OutlineParser::missingVersionNote("ESV", "Luke 15:22-24"),
+              "ESV is not in this build of Quillon, so Luke 15:22-24 is attached in KJV.");
+}
+
+TEST(OutlineParser, readsVeryLongLinesInOnePass) {
+    // A manuscript saved as one paragraph, and lines that look like the start of a marker,
+    // a version or a metadata label but run on for a megabyte.
+    const std::string prose(1 << 20, 'a');
+    OutlineParser parser(testing::fakeRecognizer());
+    const auto sermon =
+        parser.parse("I. Point\n" + prose + "\nIV" + prose + ".\nJohn 3:16 " + prose + "\nSpeaker" + prose + ": x");
+    ASSERT_EQ(sermon.topics.size(), 1u);
+    EXPECT_EQ(sermon.topics[0].details.size(), 4 * prose.size() + 3 + 2 + 1 + 10 + 7 + 3);
+    EXPECT_TRUE(sermon.speaker.empty());
 }
 
 TEST(OutlineParser, putsLinesBeforeTheFirstTopicIntoTitleMetadataAndNotes) {
@@ -100,10 +122,12 @@ namespace quillon::exports {
 TEST(OutlineParser, recognisesReferencesWithTheLibraryParser) {
     const auto sermon = OutlineParser(libraryReferenceRecognizer())
                             .parse("I. Grace\nA. Promise\nJohn 3:16\nps 23 (NLT)\nfirst cor 13:4-7\nApplication line\n"
-                                   "John 22:1");
+                                   "John 22:1\nLuke 15:22-24 ESV");
     EXPECT_EQ(shape(sermon),
               (std::vector<std::string>{"T:Grace", "S:Promise", "R:John 3:16-16 KJV", "R:Psalms 23:1-6 NLT",
-                                        "R:1 Corinthians 13:4-7 KJV", "D:Application line\nJohn 22:1"}));
+                                        "R:1 Corinthians 13:4-7 KJV", "R:Luke 15:22-24 KJV",
+                                        "D:Application line\nJohn 22:1\n" +
+                                            OutlineParser::missingVersionNote("ESV", "Luke 15:22-24")}));
 }
 
 } // namespace quillon::exports
