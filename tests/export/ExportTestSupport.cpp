@@ -4,6 +4,7 @@
 
 #include <zip.h>
 
+#include <cstdio>
 #include <memory>
 #include <regex>
 #include <stdexcept>
@@ -136,6 +137,17 @@ std::string zipEntry(std::string_view zipBytes, std::string_view name) {
         if (entry == name)
             return content;
     return {};
+}
+
+std::string commandOutput(const std::string& command) {
+    std::string output;
+    FILE* pipe = popen(command.c_str(), "r");
+    char buffer[4096];
+    for (std::size_t n; pipe && (n = fread(buffer, 1, sizeof buffer, pipe)) > 0;)
+        output.append(buffer, n);
+    if (pipe)
+        pclose(pipe);
+    return output;
 }
 
 std::string makeZip(const std::vector<std::pair<std::string, std::string>>& entries) {

@@ -37,6 +37,9 @@ exports::ReferenceRecognizer fakeRecognizer();
 std::vector<std::pair<std::string, std::string>> zipEntries(std::string_view zipBytes);
 std::string zipEntry(std::string_view zipBytes, std::string_view name);
 
+/// What a shell command prints on standard output.
+std::string commandOutput(const std::string& command);
+
 /// Builds a ZIP from (name, content) pairs in order, for hostile-package tests.
 std::string makeZip(const std::vector<std::pair<std::string, std::string>>& entries);
 
