@@ -2,6 +2,7 @@
 
 #include "export/XmlText.h"
 #include "model/SermonDocument.h"
+#include "platform/AtomicFile.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/unistr.h>
@@ -48,6 +49,30 @@ std::string truncatedToCharacters(const std::string& text, std::size_t limit) {
     return result;
 }
 
+/// Cuts at the last character boundary that keeps the UTF-8 text within `limit` bytes.
+std::string truncatedToBytes(const std::string& text, std::size_t limit) {
+    if (text.size() <= limit)
+        return text;
+    icu::UnicodeString unicode = icu::UnicodeString::fromUTF8(text);
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::BreakIterator> characters(
+        icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+    std::string result;
+    if (U_FAILURE(status))
+        return result;
+    characters->setText(unicode);
+    int32_t end = characters->first();
+    for (int32_t next = characters->next(); next != icu::BreakIterator::DONE; next = characters->next()) {
+        std::string candidate;
+        unicode.tempSubString(end, next - end).toUTF8String(candidate);
+        if (result.size() + candidate.size() > limit)
+            break;
+        result += candidate;
+        end = next;
+    }
+    return result;
+}
+
 } // namespace
 
 std::string ExportFilename::make(std::string_view title, std::string_view extension) {
@@ -61,7 +86,8 @@ std::string ExportFilename::make(std::string_view title, std::string_view extens
     // A leading dot would hide the file from the user's file manager.
     while (!name.empty() && name.front() == '.')
         name.erase(0, 1);
-    name = std::string(trimmed(truncatedToCharacters(name, characterLimit)));
+    const std::size_t byteLimit = maximumBytes - 1 - extension.size();
+    name = std::string(trimmed(truncatedToBytes(truncatedToCharacters(name, characterLimit), byteLimit)));
     if (name.empty())
         name = fallback;
     return name + "." + std::string(extension);

@@ -24,6 +24,7 @@ fs::path temporarySibling(const fs::path& target) {
     static thread_local std::mt19937_64 random{std::random_device{}()};
     char suffix[17];
     std::snprintf(suffix, sizeof suffix, "%016llx", static_cast<unsigned long long>(random()));
+    static_assert(temporaryNameExtraBytes == 1 + 1 + sizeof suffix - 1 + 4, "\".\" + name + \".\" + suffix + \".tmp\"");
     return target.parent_path() / ("." + target.filename().string() + "." + suffix + ".tmp");
 }
 

@@ -2,12 +2,17 @@
 
 #include "platform/FileError.h"
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <string>
 #include <string_view>
 
 namespace quillon::platform {
+
+/// How many bytes the temporary file's name adds to the target's name; a name may be at most
+/// 255 bytes less this long to be written atomically.
+inline constexpr std::size_t temporaryNameExtraBytes = 22;
 
 /// Test seam: called with the temporary file after its bytes are written and synced, before it
 /// replaces the target. A hook that throws simulates a crash in the middle of a save.

@@ -1,6 +1,8 @@
 #include "export/ExportFilename.h"
 #include "export/OutlineNumbering.h"
 #include "export/XmlText.h"
+#include "platform/AtomicFile.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -27,15 +29,51 @@ TEST(ExportFilename, makesTitlesSafeAndFallsBackWhenNothingIsLeft) {
         EXPECT_EQ(ExportFilename::make(c.title, "docx"), c.expected) << c.title;
 }
 
-TEST(ExportFilename, keepsAtMost200CharactersWithoutSplittingOne) {
+TEST(ExportFilename, keepsAtMost200CharactersAndFitsTheFileSystemWithoutSplittingOne) {
     EXPECT_EQ(ExportFilename::make(std::string(250, 'a'), "md"), std::string(200, 'a') + ".md");
-    // A thumbs-up with a skin tone is one character of eight bytes.
-    std::string emoji;
-    for (int i = 0; i < 210; ++i)
-        emoji += "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD";
-    const std::string name = ExportFilename::make(emoji, "md");
-    EXPECT_EQ(name.size(), 200 * 8 + 3);
-    EXPECT_EQ(name.substr(name.size() - 11), "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD.md");
+    const std::string thumbsUp = "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD"; // one character of eight bytes
+    const std::string shin = "\xD7\xA9";                             // one of two bytes
+    struct Case {
+        std::string title;
+        std::string extension;
+        std::string piece; // the character the name is made of
+        std::size_t pieces;
+    };
+    const std::vector<Case> cases{
+        {std::string(250, 'a'), "md", "a", 200},
+        {[&] {
+             std::string t;
+             for (int i = 0; i < 210; ++i)
+                 t += thumbsUp;
+             return t;
+         }(),
+         "md", thumbsUp, 28},
+        {[&] {
+             std::string t;
+             for (int i = 0; i < 200; ++i)
+                 t += shin;
+             return t;
+         }(),
+         "docx", shin, 114},
+        {[&] {
+             std::string t;
+             for (int i = 0; i < 200; ++i)
+                 t += shin;
+             return t;
+         }(),
+         "md", shin, 115},
+    };
+    testing::TemporaryFolder folder;
+    for (const auto& c : cases) {
+        const std::string name = ExportFilename::make(c.title, c.extension);
+        std::string expected;
+        for (std::size_t i = 0; i < c.pieces; ++i)
+            expected += c.piece;
+        EXPECT_EQ(name, expected + "." + c.extension) << c.extension << " " << c.pieces;
+        EXPECT_LE(name.size() + platform::temporaryNameExtraBytes, 255u);
+        // The name really can be written atomically, temporary name and all.
+        EXPECT_NO_THROW(platform::writeFileAtomically(folder / name, "x")) << name.size();
+    }
 }
 
 TEST(XmlText, escapesAmpersandFirstSoNothingIsDoubled) {
