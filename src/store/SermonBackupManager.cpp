@@ -14,6 +14,7 @@
 #include <spdlog/spdlog.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
@@ -33,6 +34,7 @@ namespace {
 constexpr const char* sermonsFileName = "sermons.json";
 constexpr const char* manifestFileName = "manifest.json";
 constexpr const char* mediaFolderName = "Media";
+constexpr int maximumSameNameBackups = 1000;
 
 /// A name that stays inside the folder it is joined to and is not one of our hidden work files.
 bool isPlainFileName(const std::string& name) {
@@ -187,6 +189,23 @@ void writeAllOrNothing(const std::vector<std::pair<fs::path, std::string>>& file
     }
 }
 
+/// Renames `work` to `baseName` in `folder`, or to the first free of "… 2.quillonbackup",
+/// "… 3.quillonbackup", …: two backups in one second get two folders. The rename refuses to
+/// replace anything, so a backup made at the same moment by another process is never overwritten.
+fs::path moveToFreeName(const fs::path& work, const fs::path& folder, const std::string& baseName) {
+    const std::string extension = fs::path(baseName).extension().string();
+    const std::string stem = baseName.substr(0, baseName.size() - extension.size());
+    for (int number = 1; number <= maximumSameNameBackups; ++number) {
+        const fs::path candidate = folder / (number == 1 ? baseName : stem + " " + std::to_string(number) + extension);
+        if (::renameat2(AT_FDCWD, work.c_str(), AT_FDCWD, candidate.c_str(), RENAME_NOREPLACE) == 0)
+            return candidate;
+        if (errno != EEXIST && errno != ENOTEMPTY)
+            throw fileError("create", candidate, errno);
+    }
+    throw platform::FileError("A backup named “" + baseName + "” is already there, and so are " +
+                              std::to_string(maximumSameNameBackups - 1) + " numbered copies.");
+}
+
 } // namespace
 
 SermonBackupManager::SermonBackupManager(MediaFolderProvider mediaFolder, const platform::Preferences& preferences,
@@ -245,11 +264,8 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     if (error)
         throw platform::FileError("Could not create “" + destinationFolder.filename().string() +
                                   "”: " + error.message() + ".");
-    const fs::path finalFolder = destinationFolder / backupFolderName(now);
-    if (fs::exists(fs::symlink_status(finalFolder)))
-        throw platform::FileError("A backup named “" + finalFolder.filename().string() + "” is already there.");
-
-    WorkFolder work(destinationFolder / ("." + finalFolder.filename().string() + "." + randomSuffix() + ".partial"));
+    const std::string baseName = backupFolderName(now);
+    WorkFolder work(destinationFolder / ("." + baseName + "." + randomSuffix() + ".partial"));
     platform::writeFileAtomically(work.path() / sermonsFileName, archive);
 
     const fs::path media = work.path() / mediaFolderName;
@@ -281,9 +297,8 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     manifest.appVersion = QUILLON_VERSION;
     platform::writeFileAtomically(work.path() / manifestFileName, encodeManifest(manifest));
 
-    // The backup appears under its real name only once it is whole.
-    if (::rename(work.path().c_str(), finalFolder.c_str()) != 0)
-        throw fileError("create", finalFolder, errno);
+    // The backup appears under its real name only once it is whole, and never over another.
+    const fs::path finalFolder = moveToFreeName(work.path(), destinationFolder, baseName);
     work.keep();
     return finalFolder;
 }

@@ -59,7 +59,9 @@ public:
                         VolumeFiguresReader volumeFigures = readVolumeFigures);
 
     /// Writes a new backup folder inside `destinationFolder` (created when needed) and returns its
-    /// location. Throws BackupError (no sermons, encoding failed) or platform::FileError.
+    /// location: backupFolderName, or that name with " 2", " 3", … before its extension when a
+    /// backup of the same second is already there. Throws BackupError (no sermons, encoding failed) or
+    /// platform::FileError.
     std::filesystem::path backUp(const std::vector<model::SermonNote>& sermons,
                                  const std::filesystem::path& destinationFolder) const;
 

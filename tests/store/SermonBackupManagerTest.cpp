@@ -165,12 +165,33 @@ TEST(SermonBackupManager, aFailureHalfWayLeavesNothingBehind) {
     EXPECT_THROW(library.manager.restore(backup.path(), failingImport), std::runtime_error);
     EXPECT_EQ(namesIn(library.root / "Media"), std::vector<std::string>{"existing.jpg"});
 
-    // A backup whose folder cannot be created leaves no half-written folder beside it.
+    // A backup that finds no free name leaves no half-written folder beside the others.
     TemporaryFolder destination;
-    fs::create_directories(destination / SermonBackupManager::backupFolderName(library.clock.now()));
+    const std::string name = SermonBackupManager::backupFolderName(library.clock.now());
+    const std::string stem = name.substr(0, name.size() - std::string(".quillonbackup").size());
+    fs::create_directories(destination / name);
+    for (int number = 2; number <= 1000; ++number)
+        fs::create_directories(destination / (stem + " " + std::to_string(number) + ".quillonbackup"));
     EXPECT_THROW(library.manager.backUp({sermonWithCover("One", false)}, destination.path()),
                  quillon::platform::FileError);
-    EXPECT_EQ(namesIn(destination.path()).size(), 1u);
+    EXPECT_EQ(namesIn(destination.path()).size(), 1000u);
+}
+
+TEST(SermonBackupManager, backupsInTheSameSecondGetTheirOwnFolders) {
+    Library library;
+    TemporaryFolder destination;
+    const std::string name = SermonBackupManager::backupFolderName(library.clock.now());
+    const std::string stem = name.substr(0, name.size() - std::string(".quillonbackup").size());
+    // An empty folder of the same name counts as taken too: a rename would silently replace it.
+    fs::create_directories(destination / (stem + " 2.quillonbackup"));
+    std::vector<std::string> made;
+    for (int i = 0; i < 3; ++i)
+        made.push_back(library.manager.backUp({sermonWithCover("One", false)}, destination.path()).filename().string());
+    EXPECT_EQ(made, (std::vector<std::string>{name, stem + " 3.quillonbackup", stem + " 4.quillonbackup"}));
+    for (const std::string& folder : made)
+        EXPECT_TRUE(fs::exists(destination / folder / "sermons.json")) << folder;
+    EXPECT_TRUE(fs::is_empty(destination / (stem + " 2.quillonbackup")));
+    EXPECT_EQ(namesIn(destination.path()).size(), 4u); // no hidden work folders left
 }
 
 TEST(SermonBackupManager, warnsWhenTheFreeShareIsAtOrBelowTheThreshold) {
