@@ -6,12 +6,20 @@
 #include <zip.h>
 
 #include <cstdio>
+#include <functional>
 #include <memory>
+#include <set>
 
 namespace quillon::exports {
 
 namespace {
-constexpr std::size_t smallPartBytes = 512;
+
+/// What the zip tool writes by default: deflate at level 6, Unix permissions rw-r--r-- for
+/// files and rwxr-xr-x for folders (with the MS-DOS folder bit).
+constexpr zip_uint32_t deflateLevel = 6;
+constexpr zip_uint32_t fileAttributes = 0100644u << 16;
+constexpr zip_uint32_t folderAttributes = (040755u << 16) | 0x10;
+
 } // namespace
 
 void OfficePackage::add(std::string path, std::string content) {
@@ -39,22 +47,36 @@ std::string OfficePackage::zipBytes(const std::string& failureSentence) const {
         zip_source_free(buffer); // the reference zip_open_from_source did not take
         throw fail("opening the archive", &error);
     }
+    const auto failAdding = [&]() -> ExportError {
+        ExportError failure = fail("adding a part", zip_get_error(archive));
+        zip_discard(archive);
+        return failure;
+    };
+    std::set<std::string, std::less<>> folders;
     for (const auto& [path, content] : m_parts) {
+        // Each folder gets its own entry just before the first part inside it, as "zip -r" of
+        // the folder of parts writes them.
+        for (std::size_t slash = path.find('/'); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+            const std::string folder = path.substr(0, slash);
+            if (!folders.insert(folder).second)
+                continue;
+            const zip_int64_t index = zip_dir_add(archive, folder.c_str(), ZIP_FL_ENC_UTF_8);
+            if (index < 0 || zip_file_set_external_attributes(archive, static_cast<zip_uint64_t>(index), 0,
+                                                              ZIP_OPSYS_UNIX, folderAttributes) < 0)
+                throw failAdding();
+        }
         // The parts outlive zip_close, so libzip may read them in place.
         zip_source_t* part = zip_source_buffer(archive, content.data(), content.size(), 0);
         const zip_int64_t index = part ? zip_file_add(archive, path.c_str(), part, ZIP_FL_ENC_UTF_8) : -1;
         if (index < 0) {
             if (part)
                 zip_source_free(part);
-            zip_error_t* archiveError = zip_get_error(archive);
-            ExportError failure = fail("adding a part", archiveError);
-            zip_discard(archive);
-            throw failure;
+            throw failAdding();
         }
-        // Deflate gains nothing on a few hundred bytes but costs a fresh compressor per entry;
-        // a presentation has two tiny parts per slide.
-        if (content.size() < smallPartBytes)
-            zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0);
+        const auto entry = static_cast<zip_uint64_t>(index);
+        if (zip_set_file_compression(archive, entry, ZIP_CM_DEFLATE, deflateLevel) < 0 ||
+            zip_file_set_external_attributes(archive, entry, 0, ZIP_OPSYS_UNIX, fileAttributes) < 0)
+            throw failAdding();
     }
     if (zip_close(archive) < 0) {
         ExportError failure = fail("closing the archive", zip_get_error(archive));

@@ -14,8 +14,9 @@ public:
 
     const std::vector<std::pair<std::string, std::string>>& parts() const { return m_parts; }
 
-    /// The ZIP bytes, deflate-compressed like the zip tool's default. Throws ExportError with
-    /// `failureSentence` when libzip refuses.
+    /// The ZIP bytes as the zip tool packs the folder of parts: a folder entry ("word/") before
+    /// the first part inside it, every part deflated at the tool's default level. Throws
+    /// ExportError with `failureSentence` when libzip refuses.
     std::string zipBytes(const std::string& failureSentence) const;
 
 private:

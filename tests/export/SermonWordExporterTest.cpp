@@ -33,12 +33,15 @@ TEST(SermonWordExporter, packsTheSevenPartsContentTypesFirst) {
     std::vector<std::string> names;
     for (const auto& [name, content] : zipEntries(docx)) {
         names.push_back(name);
+        if (name.ends_with("/"))
+            continue;
         EXPECT_TRUE(content.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n")) << name;
         pugi::xml_document part;
         EXPECT_TRUE(part.load_string(content.c_str())) << name;
     }
     EXPECT_EQ(names,
-              (std::vector<std::string>{"[Content_Types].xml", "_rels/.rels", "docProps/core.xml", "docProps/app.xml",
+              (std::vector<std::string>{"[Content_Types].xml", "_rels/", "_rels/.rels", "docProps/",
+                                        "docProps/core.xml", "docProps/app.xml", "word/", "word/_rels/",
                                         "word/_rels/document.xml.rels", "word/styles.xml", "word/document.xml"}));
 }
 
