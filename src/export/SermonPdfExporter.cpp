@@ -19,18 +19,33 @@ namespace quillon::exports {
 
 namespace {
 
+struct LayoutDeleter {
+    void operator()(PangoLayout* layout) const { g_object_unref(layout); }
+};
+using LayoutHandle = std::unique_ptr<PangoLayout, LayoutDeleter>;
+
 struct Block {
     std::string text;
     const char* font;
     double indent = 0;      // points
     double spaceBefore = 0; // points
     std::string colour;     // "RRGGBB" or empty for black
+    /// A heading: it starts a new page rather than end one, so it stays with what it introduces.
+    bool keepWithNext = false;
 };
 
-struct LayoutDeleter {
-    void operator()(PangoLayout* layout) const { g_object_unref(layout); }
+/// A block laid out: its layout and the height of each of its lines.
+struct LaidOutBlock {
+    LayoutHandle layout;
+    std::vector<double> lineHeights;
+
+    double height() const {
+        double total = 0;
+        for (double line : lineHeights)
+            total += line;
+        return total;
+    }
 };
-using LayoutHandle = std::unique_ptr<PangoLayout, LayoutDeleter>;
 
 /// One line of a laid-out block, placed on a page.
 struct PlacedLine {
@@ -77,6 +92,37 @@ std::string colourOr(const std::optional<std::string>& own, std::string fallback
     return colour.empty() ? fallback : colour;
 }
 
+LaidOutBlock layOut(cairo_t* cr, const Block& block, double contentWidth) {
+    LaidOutBlock laid{LayoutHandle(pango_cairo_create_layout(cr)), {}};
+    PangoFontDescription* font = pango_font_description_from_string(block.font);
+    pango_layout_set_font_description(laid.layout.get(), font);
+    pango_font_description_free(font);
+    pango_layout_set_width(laid.layout.get(), static_cast<int>((contentWidth - block.indent) * PANGO_SCALE));
+    pango_layout_set_wrap(laid.layout.get(), PANGO_WRAP_WORD_CHAR);
+    const std::string text = xmlSafeText(block.text);
+    pango_layout_set_text(laid.layout.get(), text.c_str(), static_cast<int>(text.size()));
+    PangoLayoutIter* lines = pango_layout_get_iter(laid.layout.get());
+    do {
+        PangoRectangle logical;
+        pango_layout_iter_get_line_extents(lines, nullptr, &logical);
+        laid.lineHeights.push_back(static_cast<double>(logical.height) / PANGO_SCALE);
+    } while (pango_layout_iter_next_line(lines));
+    pango_layout_iter_free(lines);
+    return laid;
+}
+
+/// The room the heading at `first` needs on its page: it and the headings right after it, whole,
+/// and the first line of what they introduce.
+double keptHeight(const std::vector<Block>& blocks, const std::vector<LaidOutBlock>& laidOut, std::size_t first) {
+    double height = laidOut[first].height();
+    std::size_t next = first + 1;
+    for (; next < blocks.size() && blocks[next].keepWithNext; ++next)
+        height += blocks[next].spaceBefore + laidOut[next].height();
+    if (next < blocks.size())
+        height += blocks[next].spaceBefore + laidOut[next].lineHeights.front();
+    return height;
+}
+
 } // namespace
 
 std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
@@ -97,24 +143,24 @@ std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
     int topicNumber = 0;
     for (const auto& topic : sermon.topics) {
         blocks.push_back({romanNumeral(++topicNumber) + ". " + oneLine(topic.title), topicFont, 0, 16,
-                          colourOr(topic.textColorHex, "1F3A5F")});
+                          colourOr(topic.textColorHex, "1F3A5F"), true});
         if (!topic.details.empty())
             blocks.push_back({topic.details, bodyFont, 18, 4, ""});
         int subTopicNumber = 0;
         for (const auto& subTopic : topic.subTopics) {
             blocks.push_back({subTopicLetter(++subTopicNumber) + ". " + oneLine(subTopic.title), subTopicFont, 18, 10,
-                              colourOr(subTopic.textColorHex, "2E5A88")});
+                              colourOr(subTopic.textColorHex, "2E5A88"), true});
             if (!subTopic.details.empty())
                 blocks.push_back({subTopic.details, bodyFont, 32, 3, ""});
             for (const auto& scripture : subTopic.scriptures) {
                 blocks.push_back({referenceWithVersion(scripture), referenceFont, 32, 6,
-                                  colourOr(scripture.textColorHex, "6B4E16")});
+                                  colourOr(scripture.textColorHex, "6B4E16"), true});
                 blocks.push_back({passageOrNote(scripture, m_verses), passageFont, 40, 2, ""});
             }
         }
     }
     if (!sermon.notes.empty()) {
-        blocks.push_back({"Manuscript", topicFont, 0, 20, "1F3A5F"});
+        blocks.push_back({"Manuscript", topicFont, 0, 20, "1F3A5F", true});
         blocks.push_back({sermon.notes, bodyFont, 0, 4, ""});
     }
 
@@ -131,27 +177,28 @@ std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
     // First lay everything out and place each line, so the footer can say how many pages there are.
     const double contentWidth = pageWidth - 2 * margin;
     const double bottom = pageHeight - margin;
-    std::vector<LayoutHandle> layouts;
+    std::vector<LaidOutBlock> laidOut;
+    laidOut.reserve(blocks.size());
+    for (const Block& block : blocks)
+        laidOut.push_back(layOut(cr, block, contentWidth));
+
     std::vector<PlacedLine> placed;
     std::size_t page = 0;
     double y = margin;
-    for (const Block& block : blocks) {
-        LayoutHandle layout(pango_cairo_create_layout(cr));
-        PangoFontDescription* font = pango_font_description_from_string(block.font);
-        pango_layout_set_font_description(layout.get(), font);
-        pango_font_description_free(font);
-        pango_layout_set_width(layout.get(), static_cast<int>((contentWidth - block.indent) * PANGO_SCALE));
-        pango_layout_set_wrap(layout.get(), PANGO_WRAP_WORD_CHAR);
-        const std::string text = xmlSafeText(block.text);
-        pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
-
+    for (std::size_t b = 0; b < blocks.size(); ++b) {
+        const Block& block = blocks[b];
         if (y > margin)
             y += block.spaceBefore;
-        PangoLayoutIter* lines = pango_layout_get_iter(layout.get());
+        if (block.keepWithNext && y > margin && y + keptHeight(blocks, laidOut, b) > bottom) {
+            ++page;
+            y = margin;
+        }
+        PangoLayoutIter* lines = pango_layout_get_iter(laidOut[b].layout.get());
+        std::size_t lineIndex = 0;
         do {
             PangoRectangle logical;
             pango_layout_iter_get_line_extents(lines, nullptr, &logical);
-            const double height = static_cast<double>(logical.height) / PANGO_SCALE;
+            const double height = laidOut[b].lineHeights[lineIndex++];
             const double ascent = static_cast<double>(pango_layout_iter_get_baseline(lines) - logical.y) / PANGO_SCALE;
             if (y + height > bottom && y > margin) {
                 ++page;
@@ -162,7 +209,6 @@ std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
             y += height;
         } while (pango_layout_iter_next_line(lines));
         pango_layout_iter_free(lines);
-        layouts.push_back(std::move(layout));
     }
 
     const std::size_t pages = page + 1;

@@ -7,7 +7,9 @@ namespace quillon::exports {
 
 /// A printable hand-out of a sermon: US Letter with 0.75-inch margins, the title, metadata, the
 /// outline indented by level with each passage's text, the manuscript, and "Page N of M" at the
-/// foot of every page. Laid out with Pango on a cairo PDF surface in DejaVu fonts.
+/// foot of every page. Laid out with Pango on a cairo PDF surface in DejaVu fonts. A heading (a
+/// point, a sub-point, a passage's reference) never ends a page: it moves over with the first
+/// line of what it introduces.
 class SermonPdfExporter : public SermonExporter {
 public:
     static constexpr double pageWidth = 612;  // points, 8.5 inches

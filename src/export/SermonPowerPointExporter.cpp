@@ -3,6 +3,7 @@
 #include "export/OfficeParts.h"
 #include "export/OutlineNumbering.h"
 #include "export/ScriptureText.h"
+#include "export/SlideTitleFit.h"
 #include "export/XmlText.h"
 
 #include <string_view>
@@ -12,6 +13,9 @@ namespace quillon::exports {
 namespace {
 
 using office::declaration;
+
+constexpr std::int64_t titleWidth = 11962000;
+constexpr std::int64_t titleHeight = 900000;
 
 /// How much text one 11,500,000 × 5,200,000 EMU body box holds without overflowing, measured in
 /// characters of an average-width face with a margin for wide letters.
@@ -315,7 +319,9 @@ std::string SermonPowerPointExporter::slideXml(const PowerPointSlide& slide) {
     xml += "          <a:chExt cx=\"0\" cy=\"0\"/>\n";
     xml += "        </a:xfrm>\n";
     xml += "      </p:grpSpPr>\n";
-    xml += textBox(2, "Title", 685800, 457200, 11962000, 900000, {slide.title}, 3600, true);
+    // A long title is set smaller (or shortened) rather than run into the body below its box.
+    const SlideTitleFit title = SlideTitleFit::fit(slide.title, titleWidth, titleHeight);
+    xml += textBox(2, "Title", 685800, 457200, titleWidth, titleHeight, {title.text}, title.size, true);
     if (!slide.body.empty()) {
         const int size = slide.kind == PowerPointSlide::Kind::scripture ? 2400 : 2200;
         xml += textBox(3, "Body", 914400, 1524000, 11500000, 5200000, splitLines(slide.body), size, false);

@@ -11,8 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <map>
+#include <regex>
 
 namespace quillon::exports {
 
@@ -41,6 +43,14 @@ model::SermonNote manyTopics() {
         topic.title = "Point " + std::to_string(i);
         sermon.topics.push_back(topic);
     }
+    return sermon;
+}
+
+model::SermonNote longTitle() {
+    auto sermon = testing::sampleSermon();
+    sermon.title = "When the Prodigal Comes Home: Grace, Repentance and the Father Who Runs Down the Long Road to "
+                   "Meet Him Before He Can Finish His Speech";
+    sermon.venue = "Grace Chapel";
     return sermon;
 }
 
@@ -89,6 +99,7 @@ protected:
             {"hostile", hostileSermon()},
             {"empty", model::SermonNote{}},
             {"many", manyTopics()},
+            {"long", longTitle()},
         };
         std::vector<fs::path> documents;
         for (const auto& [name, sermon] : sermons) {
@@ -150,6 +161,28 @@ TEST_F(OfficeSuite, opensExportsOfBadInput) {
     EXPECT_NE(text("empty-docx").find("Untitled Sermon"), std::string::npos);
     EXPECT_NE(text("many-pptx").find("CCC. Point 300"), std::string::npos);
     EXPECT_NE(text("many-docx").find("CCC. Point 300"), std::string::npos);
+}
+
+TEST_F(OfficeSuite, keepsALongSlideTitleClearOfTheLinesBelowIt) {
+    // Word boxes on the title slide as LibreOffice draws them: the title's lowest word must end
+    // above the speaker line.
+    const std::string boxes =
+        run("pdftotext -f 1 -l 1 -bbox " + quoted(*s_folder / "pdf" / "long-pptx.pdf") + " - 2>/dev/null");
+    const std::regex word(R"#(<word xMin="[\d.]+" yMin="([\d.]+)" xMax="[\d.]+" yMax="([\d.]+)">([^<]*)</word>)#");
+    double titleBottom = 0;
+    double speakerTop = -1;
+    std::string title;
+    for (auto it = std::sregex_iterator(boxes.begin(), boxes.end(), word); it != std::sregex_iterator(); ++it) {
+        if ((*it)[3].str() == "Speaker:") {
+            speakerTop = std::stod((*it)[1].str());
+            break;
+        }
+        title += (*it)[3].str() + " ";
+        titleBottom = std::max(titleBottom, std::stod((*it)[2].str()));
+    }
+    ASSERT_GT(speakerTop, 0) << boxes;
+    EXPECT_NE(title.find("Speech"), std::string::npos) << title; // the whole title is there
+    EXPECT_LT(titleBottom, speakerTop) << title;
 }
 
 TEST_F(OfficeSuite, readsAnotherWordProcessorsRtfIntoPlainText) {

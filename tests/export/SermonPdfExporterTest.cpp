@@ -7,6 +7,7 @@
 
 #include <cstdio>
 #include <regex>
+#include <sstream>
 
 namespace quillon::exports {
 
@@ -72,6 +73,45 @@ TEST(SermonPdfExporter, printsBadInputWithoutFailing) {
     const std::string pdf = SermonPdfExporter(verses).render(sermon);
     EXPECT_TRUE(pdf.starts_with("%PDF-"));
     EXPECT_NE(SermonPdfExporter(verses).render(model::SermonNote{}).find("%%EOF"), std::string::npos);
+}
+
+TEST(SermonPdfExporter, neverLeavesAHeadingAloneAtTheFootOfAPage) {
+    testing::FixedVerses verses;
+    verses.texts["KJV John 3:16"] = "For God so loved the world";
+    // Notes of varying length put every kind of heading at every height on the page somewhere.
+    model::SermonNote sermon;
+    sermon.title = "Headings";
+    for (int t = 1; t <= 40; ++t) {
+        model::SermonTopic topic;
+        topic.title = "Point " + std::to_string(t);
+        for (int line = 0; line <= (t * 7) % 11; ++line)
+            topic.details += (line ? "\n" : "") + std::string("topic note ") + std::to_string(line);
+        model::SermonSubTopic sub;
+        sub.title = "Sub " + std::to_string(t);
+        for (int line = 0; line <= (t * 5) % 3; ++line)
+            sub.details += (line ? "\n" : "") + std::string("sub note ") + std::to_string(line);
+        sub.scriptures.push_back(testing::scripture("John", 3, 16, 16));
+        topic.subTopics.push_back(sub);
+        sermon.topics.push_back(topic);
+    }
+    testing::TemporaryFolder folder;
+    const auto file = folder.write("headings.pdf", SermonPdfExporter(verses).render(sermon));
+    const std::string text = run("pdftotext '" + file.string() + "' -");
+    const std::regex heading(R"(^([IVXLC]+\. Point \d+|A\. Sub \d+|John 3:16 \(KJV\))$)");
+    std::size_t pages = 0;
+    std::size_t start = 0;
+    for (std::size_t feed = text.find('\f'); feed != std::string::npos; feed = text.find('\f', start)) {
+        std::vector<std::string> lines;
+        std::istringstream page(text.substr(start, feed - start));
+        for (std::string line; std::getline(page, line);)
+            if (!line.empty() && !line.starts_with("Page "))
+                lines.push_back(line);
+        start = feed + 1;
+        ++pages;
+        ASSERT_FALSE(lines.empty());
+        EXPECT_FALSE(std::regex_match(lines.back(), heading)) << "page " << pages << " ends with " << lines.back();
+    }
+    EXPECT_GT(pages, 4u);
 }
 
 } // namespace quillon::exports

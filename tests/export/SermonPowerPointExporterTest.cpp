@@ -1,6 +1,7 @@
 #include "ExportTestSupport.h"
 
 #include "export/SermonPowerPointExporter.h"
+#include "export/SlideTitleFit.h"
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
@@ -85,6 +86,8 @@ TEST(SermonPowerPointExporter, theThemeRelationshipFollowsTheLastSlide) {
     const auto entries = zipEntries(pptx);
     EXPECT_EQ(entries.front().first, "[Content_Types].xml");
     for (const auto& [name, content] : entries) {
+        if (name.ends_with("/"))
+            continue;
         pugi::xml_document part;
         EXPECT_TRUE(part.load_string(content.c_str())) << name;
     }
@@ -114,6 +117,45 @@ TEST(SermonPowerPointExporter, splitsLongBodiesOverContinuationSlides) {
     EXPECT_NE(rejoined.find("word0 "), std::string::npos);
     EXPECT_NE(rejoined.find("word399"), std::string::npos);
     EXPECT_EQ(std::count(rejoined.begin(), rejoined.end(), 'x'), 500);
+}
+
+TEST(SermonPowerPointExporter, setsALongTitleSmallerSoItStaysInItsBox) {
+    const std::string sentence = "When the Prodigal Comes Home to the Father Who Runs ";
+    std::string endless;
+    for (int i = 0; i < 40; ++i)
+        endless += sentence;
+    struct Case {
+        std::string title;
+        int smallestSize; // hundredths of a point
+        int largestSize;
+        bool shortened;
+    };
+    const std::vector<Case> cases{
+        {"Grace", 3600, 3600, false},
+        {sentence + sentence, 2200, 3000, false},
+        {sentence + sentence + sentence + sentence, 1400, 2200, false},
+        {std::string(200, 'W'), 1400, 1400, true},
+        {endless, 1400, 1400, true},
+    };
+    for (const auto& c : cases) {
+        const SlideTitleFit fit = SlideTitleFit::fit(c.title, 11962000, 900000);
+        EXPECT_GE(fit.size, c.smallestSize) << c.title;
+        EXPECT_LE(fit.size, c.largestSize) << c.title;
+        if (c.shortened) {
+            EXPECT_TRUE(fit.text.ends_with("\xE2\x80\xA6")) << fit.text;
+            EXPECT_LT(fit.text.size(), c.title.size());
+            EXPECT_TRUE(c.title.starts_with(fit.text.substr(0, fit.text.size() - 3)));
+        } else {
+            EXPECT_EQ(fit.text, c.title);
+        }
+        const std::string xml =
+            SermonPowerPointExporter::slideXml(PowerPointSlide{PowerPointSlide::Kind::note, c.title, "Speaker: Ada"});
+        // The title's run and the end of its paragraph carry the fitted size; the body keeps 22 pt.
+        EXPECT_NE(xml.find("sz=\"" + std::to_string(fit.size) + "\" b=\"1\""), std::string::npos) << c.title;
+        EXPECT_NE(xml.find("<a:off x=\"685800\" y=\"457200\"/>\n            <a:ext cx=\"11962000\" cy=\"900000\"/>"),
+                  std::string::npos);
+        EXPECT_NE(xml.find("sz=\"2200\""), std::string::npos);
+    }
 }
 
 } // namespace quillon::exports
