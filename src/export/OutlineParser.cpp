@@ -168,8 +168,12 @@ public:
     model::SermonNote sermon;
     bool inManuscript = false;
     bool lastWasScripture = false;
+    bool blankPending = false;
+    /// The notes the last line went to; only compared, never followed, since points are added.
+    const std::string* lastText = nullptr;
 
     model::SermonTopic& addTopic(std::string title) {
+        endText();
         model::SermonTopic topic;
         topic.id = model::Uuid::random();
         topic.title = std::move(title);
@@ -179,6 +183,7 @@ public:
     }
 
     model::SermonSubTopic& addSubTopic(std::string title) {
+        endText();
         if (sermon.topics.empty())
             addTopic(title);
         auto& topic = sermon.topics.back();
@@ -191,6 +196,7 @@ public:
     }
 
     void addScripture(const RecognizedPassage& passage, const VersionedText& versioned) {
+        endText();
         // Passages belong to sub-points; a passage right under a topic gets a sub-point named after it.
         if (sermon.topics.empty())
             addTopic(versioned.reference);
@@ -213,18 +219,32 @@ public:
     }
 
     void addDetail(const std::string& line) {
-        if (sermon.topics.empty()) {
-            if (sermon.title.empty())
-                sermon.title = line;
-            else
-                appendLine(sermon.notes, line);
+        if (sermon.topics.empty() && sermon.title.empty()) {
+            sermon.title = line;
             return;
         }
-        auto& topic = sermon.topics.back();
-        if (!topic.subTopics.empty())
-            appendLine(topic.subTopics.back().details, line);
-        else
-            appendLine(topic.details, line);
+        std::string* target = &sermon.notes;
+        if (!sermon.topics.empty()) {
+            auto& topic = sermon.topics.back();
+            target = topic.subTopics.empty() ? &topic.details : &topic.subTopics.back().details;
+        }
+        addText(*target, line);
+    }
+
+    /// Appends a line of notes; a blank line between two lines of the same notes is kept, so
+    /// paragraphs stay apart.
+    void addText(std::string& target, const std::string& line) {
+        if (blankPending && &target == lastText && !target.empty())
+            target += '\n';
+        appendLine(target, line);
+        lastText = &target;
+        blankPending = false;
+    }
+
+    /// A line that is not notes (a heading, a passage) ends the notes a blank line could join.
+    void endText() {
+        lastText = nullptr;
+        blankPending = false;
     }
 
     bool addMetadata(const std::string& line) {
@@ -292,6 +312,7 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
             // A blank line ends a quotation block; a blank line inside one ("&gt;" alone) does not.
             if (input.hint != Hint::quotation)
                 draft.lastWasScripture = false;
+            draft.blankPending = true;
             continue;
         }
         const bool quotedPassage = input.hint == Hint::quotation && draft.lastWasScripture;
@@ -299,14 +320,16 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
 
         if (input.hint == Hint::title && draft.sermon.title.empty() && draft.sermon.topics.empty()) {
             draft.sermon.title = line;
+            draft.endText();
             continue;
         }
         if (input.hint == Hint::topic && line == "Manuscript") {
             draft.inManuscript = true;
+            draft.endText();
             continue;
         }
         if (draft.inManuscript) {
-            appendLine(draft.sermon.notes, line);
+            draft.addText(draft.sermon.notes, line);
             continue;
         }
         if (quotedPassage) {
@@ -314,6 +337,7 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
             // notes; another reference in the same quotation is still a passage.
             if (auto found = recognise(m_recognize, line))
                 draft.addScripture(found->passage, found->versioned);
+            draft.endText();
             draft.lastWasScripture = true;
             continue;
         }
@@ -356,9 +380,12 @@ model::SermonNote OutlineParser::parse(const std::vector<OutlineLine>& lines) co
             draft.lastWasScripture = true;
             continue;
         }
-        if (draft.addMetadata(line))
+        if (draft.addMetadata(line)) {
+            draft.endText();
             continue;
+        }
         draft.addDetail(line);
+        continue;
     }
     return draft.sermon;
 }

@@ -64,7 +64,9 @@ TEST(DocumentImporter, readsItsOwnExportsBackIntoTheSameOutlineAndManuscript) {
     testing::FixedVerses verses;
     verses.texts["KJV John 3:16"] = "For God so loved the world";
     auto sermon = testing::sampleSermon();
-    sermon.notes = "Open with the story.\nI. This numeral line belongs to the manuscript.\nJohn 3:16\nClose in prayer.";
+    sermon.notes =
+        "Open with the story.\n\nI. This numeral line belongs to the manuscript.\nJohn 3:16\n\nClose in prayer.";
+    sermon.topics[0].details = "God gives first.\n\nThen we answer.";
     sermon.topics[1].subTopics[0].details = "Last point's own notes";
     const DocumentImporter importer(testing::fakeRecognizer());
     struct Case {
@@ -82,7 +84,7 @@ TEST(DocumentImporter, readsItsOwnExportsBackIntoTheSameOutlineAndManuscript) {
         EXPECT_EQ(outline(imported), outline(sermon)) << c.kind;
         EXPECT_EQ(imported.speaker, "Ada Preacher") << c.kind;
         EXPECT_EQ(imported.series, "Gospel of John") << c.kind;
-        EXPECT_EQ(imported.topics[0].details, "God gives first.") << c.kind;
+        EXPECT_EQ(imported.topics[0].details, sermon.topics[0].details) << c.kind; // paragraphs stay apart
         EXPECT_EQ(imported.topics[0].subTopics[0].details, "Application line") << c.kind;
         // Nothing after the outline (the index table's heading, the manuscript) joins the last point.
         EXPECT_EQ(imported.topics[1].subTopics[0].details, "Last point's own notes") << c.kind;
