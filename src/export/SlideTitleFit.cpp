@@ -64,15 +64,21 @@ std::vector<std::size_t> codePointStarts(std::string_view text) {
 } // namespace
 
 SlideTitleFit SlideTitleFit::fit(std::string_view title, long widthEmu, long heightEmu) {
-    const std::string text = xmlSafeText(title);
+    std::string text = xmlSafeText(title);
+    std::vector<std::size_t> starts = codePointStarts(text);
+    // More characters than the box holds at the smallest size need not all be measured.
+    const bool tooLong = starts.size() > maximumMeasuredCharacters;
+    if (tooLong) {
+        text.resize(starts[maximumMeasuredCharacters]);
+        starts.resize(maximumMeasuredCharacters);
+    }
     const double room = static_cast<double>(heightEmu - verticalInsetsEmu) / emuPerPoint;
     Measure measure(static_cast<double>(widthEmu - horizontalInsetsEmu) / emuPerPoint);
-    for (int size = largestSize; size >= smallestSize; size -= 100)
+    for (int size = largestSize; size >= smallestSize && !tooLong; size -= 100)
         if (measure.height(text, size) <= room)
             return SlideTitleFit{size, std::string(title)};
 
     // Even the smallest size is too large: keep as many characters as fit, then "…".
-    const std::vector<std::size_t> starts = codePointStarts(text);
     std::size_t fits = 0;
     std::size_t tooMany = starts.size();
     while (fits + 1 < tooMany) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,8 @@ struct SlideTitleFit {
 
     static constexpr int largestSize = 3600;
     static constexpr int smallestSize = 1400;
+    /// Three lines at 14 pt hold well under this many of the narrowest characters.
+    static constexpr std::size_t maximumMeasuredCharacters = 1000;
 
     /// `widthEmu` and `heightEmu` are the text box's; its default insets are taken off.
     static SlideTitleFit fit(std::string_view title, long widthEmu, long heightEmu);
