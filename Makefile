@@ -1,7 +1,7 @@
 # The two commands of the quick start are `make run` and `make test`; both bootstrap first.
 BUILD_DIR  ?= build
 BUILD_TYPE ?= Release
-ARGS       ?= list
+ARGS       ?=
 JOBS       ?= $(shell nproc)
 
 CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE)
@@ -24,8 +24,9 @@ configure: $(BUILD_DIR)/build.ninja
 build: configure
 	cmake --build $(BUILD_DIR) -j $(JOBS)
 
+# The desk itself; without a display it says so and names the command line (build/bin/quillon).
 run: bootstrap build
-	$(BUILD_DIR)/bin/quillon $(ARGS)
+	$(BUILD_DIR)/bin/quillon-desktop $(ARGS)
 
 test: bootstrap build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)

@@ -1,0 +1,31 @@
+#include "desktop/DeskServices.h"
+
+#include "intelligence/CommentaryLibrary.h"
+
+namespace quillon::desktop {
+
+DeskServices::DeskServices(std::filesystem::path preferencesFile, std::optional<std::filesystem::path> libraryRoot)
+    : m_preferences(std::make_unique<platform::Preferences>(std::move(preferencesFile))) {
+    m_storage = libraryRoot ? std::make_unique<store::SermonStorage>(store::SermonStorage::atRoot(*libraryRoot))
+                            : std::make_unique<store::SermonStorage>(*m_preferences);
+    m_manager = std::make_unique<store::SermonNotesManager>(*m_storage, *m_preferences);
+    m_versions = std::make_unique<store::SermonVersionHistory>([storage = m_storage.get()] { return storage->root(); },
+                                                               *m_preferences);
+    m_manager->setVersionHistoryHook(m_versions.get());
+}
+
+DeskServices::~DeskServices() = default;
+
+void DeskServices::load() {
+    m_manager->load();
+    m_manager->seedSampleSermons();
+}
+
+intelligence::CommentaryLibrary& DeskServices::commentaries() {
+    std::lock_guard lock(m_commentariesMutex);
+    if (!m_commentaries)
+        m_commentaries = std::make_unique<intelligence::CommentaryLibrary>();
+    return *m_commentaries;
+}
+
+} // namespace quillon::desktop

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/Preferences.h"
+#include "scripture/BibleLoader.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
+#include "store/SermonVersionHistory.h"
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace quillon::intelligence {
+class CommentaryLibrary;
+}
+
+namespace quillon::desktop {
+
+/// The long-lived core objects one window works over: preferences, the sermon store with its
+/// version history, the Bible library and the commentaries (opened on first use, because reading
+/// the SWORD modules costs more than a window should wait for).
+class DeskServices {
+public:
+    /// `libraryRoot` overrides the storage root chosen in preferences (the --library option).
+    DeskServices(std::filesystem::path preferencesFile, std::optional<std::filesystem::path> libraryRoot);
+    ~DeskServices();
+    DeskServices(const DeskServices&) = delete;
+    DeskServices& operator=(const DeskServices&) = delete;
+
+    platform::Preferences& preferences() { return *m_preferences; }
+    store::SermonStorage& storage() { return *m_storage; }
+    store::SermonNotesManager& manager() { return *m_manager; }
+    store::SermonVersionHistory& versions() { return *m_versions; }
+    scripture::BibleLoader& bibles() { return m_bibles; }
+    /// Thread-safe; the first call reads the SWORD configuration.
+    intelligence::CommentaryLibrary& commentaries();
+
+    /// Reads the library and puts the sample sermons in on first start.
+    void load();
+
+private:
+    std::unique_ptr<platform::Preferences> m_preferences;
+    std::unique_ptr<store::SermonStorage> m_storage;
+    std::unique_ptr<store::SermonNotesManager> m_manager;
+    std::unique_ptr<store::SermonVersionHistory> m_versions;
+    scripture::BibleLoader m_bibles;
+    std::unique_ptr<intelligence::CommentaryLibrary> m_commentaries;
+    std::mutex m_commentariesMutex;
+};
+
+} // namespace quillon::desktop

@@ -1,0 +1,49 @@
+#include "desktop/DeskFixture.h"
+
+#include "platform/Preferences.h"
+#include "store/SermonNotesManager.h"
+#include "store/SermonStorage.h"
+
+namespace quillon::desktop::testing {
+
+DeskFixture::DeskFixture(std::vector<model::SermonNote> sermons, bool withSamples) {
+    {
+        platform::Preferences preferences(preferencesFile());
+        preferences.set(store::SermonNotesManager::sampleSermonsHiddenKey, !withSamples);
+    }
+    auto storage = store::SermonStorage::atRoot(root());
+    for (const auto& sermon : sermons)
+        storage.saveSermon(sermon);
+    reopen();
+}
+
+std::filesystem::path DeskFixture::root() const {
+    return std::filesystem::path(m_folder.path().toStdString()) / "Library";
+}
+
+std::filesystem::path DeskFixture::preferencesFile() const {
+    return std::filesystem::path(m_folder.path().toStdString()) / "preferences.json";
+}
+
+void DeskFixture::reopen() {
+    m_services.reset();
+    m_services = std::make_unique<DeskServices>(preferencesFile(), root());
+    m_services->load();
+}
+
+model::SermonNote sermonTitled(const std::string& title, int minutesAgo, std::string series) {
+    using namespace std::chrono;
+    const model::DateTime base = sys_days{2025y / 3 / 9} + hours{12};
+    model::SermonNote sermon;
+    sermon.id = model::Uuid::random();
+    sermon.title = title;
+    sermon.speaker = "Ann Lee";
+    sermon.date = sys_days{2025y / 3 / 16};
+    sermon.createdAt = base - hours{48};
+    sermon.modifiedAt = base - minutes{minutesAgo};
+    if (!series.empty())
+        sermon.series = std::move(series);
+    return sermon;
+}
+
+} // namespace quillon::desktop::testing

@@ -1,0 +1,40 @@
+// Runs one suite of window tests, named by the first argument, on the offscreen platform.
+#include <QApplication>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+std::unique_ptr<QObject> makeSidebarTest();
+std::unique_ptr<QObject> makeBiblePanelTest();
+std::unique_ptr<QObject> makeWindowTest();
+std::unique_ptr<QObject> makeInstanceTest();
+
+int main(int argc, char** argv) {
+    const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
+        {"sidebar", makeSidebarTest},
+        {"bible", makeBiblePanelTest},
+        {"window", makeWindowTest},
+        {"instance", makeInstanceTest},
+    };
+    if (argc < 2 || !suites.contains(argv[1])) {
+        std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");
+        for (const auto& [name, make] : suites)
+            std::fprintf(stderr, " %s", name.c_str());
+        std::fprintf(stderr, "\n");
+        return 2;
+    }
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The application reads and writes nothing of the developer's own.
+    QTemporaryDir home;
+    for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})
+        qputenv(variable, (home.path() + u'/' + QString::fromLatin1(variable)).toUtf8());
+    QApplication application(argc, argv);
+    std::unique_ptr<QObject> suite = suites.at(argv[1])();
+    return QTest::qExec(suite.get(), argc - 1, argv + 1);
+}
