@@ -47,7 +47,7 @@ HttpReply sendHttpExchange(const LocalModelEndpoint& endpoint, const HttpExchang
     request.set(http::field::accept, "application/json");
     request.set(http::field::connection, "close");
     if (!exchange.body.empty()) {
-        request.set(http::field::content_type, "application/json");
+        request.set(http::field::content_type, exchange.contentType);
         request.body() = exchange.body;
     }
     request.prepare_payload();

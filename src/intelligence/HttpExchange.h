@@ -12,9 +12,10 @@ namespace quillon::intelligence {
 struct HttpExchange {
     std::string method; ///< "GET" or "POST"
     std::string target;
-    std::string body; ///< sent as application/json when not empty
+    std::string body; ///< sent as `contentType` when not empty
     std::chrono::milliseconds connectTimeout{2000};
     std::chrono::milliseconds replyTimeout{120000};
+    std::string contentType = "application/json";
 };
 
 struct HttpReply {

@@ -25,4 +25,13 @@ inline constexpr const char* modelOsTooOld =
 inline constexpr const char* modelDeviceNotEligible = "This computer cannot run the local model server.";
 inline constexpr const char* modelNotEnabled = "The local model server is switched off for this computer.";
 
+/// Why speech cannot be turned into text, where the vendor's wording sent the user to its privacy
+/// settings: here nothing asks for permission, but a recogniser must be installed or answering.
+inline constexpr const char* speechRecognitionNotPermitted =
+    "Speech Recognition is not installed for Quillon. Install it with the package pocketsphinx-en-us "
+    "(sudo apt install pocketsphinx-en-us).";
+inline constexpr const char* speechRecognitionNotGranted =
+    "Speech Recognition did not answer for Quillon. Start the transcription server set in "
+    "Quillon.transcription.endpoint, or install the package pocketsphinx-en-us.";
+
 } // namespace quillon::platform::wording

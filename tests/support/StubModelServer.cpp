@@ -83,6 +83,16 @@ void StubModelServer::setEmbeddingsBehaviour(Behaviour behaviour) {
     m_embeddingsBehaviour = std::make_unique<Behaviour>(std::move(behaviour));
 }
 
+void StubModelServer::queueTranscription(Behaviour behaviour) {
+    std::lock_guard lock(m_mutex);
+    m_transcriptionQueue.push_back(std::move(behaviour));
+}
+
+void StubModelServer::setDefaultTranscription(Behaviour behaviour) {
+    std::lock_guard lock(m_mutex);
+    m_defaultTranscription = std::move(behaviour);
+}
+
 std::vector<StubModelServer::RecordedRequest> StubModelServer::requests() const {
     std::lock_guard lock(m_mutex);
     return m_requests;
@@ -152,6 +162,13 @@ StubModelServer::Behaviour StubModelServer::nextBehaviour(const std::string& met
             return *m_embeddingsBehaviour;
         return Behaviour{Behaviour::Kind::reply, 200, "\x01embeddings"};
     }
+    if (method == "POST" && target == m_basePath + "/audio/transcriptions") {
+        if (m_transcriptionQueue.empty())
+            return m_defaultTranscription;
+        Behaviour next = m_transcriptionQueue.front();
+        m_transcriptionQueue.pop_front();
+        return next;
+    }
     return Behaviour::statusCode(404, R"({"error":{"message":"File Not Found"}})");
 }
 
@@ -159,10 +176,13 @@ void StubModelServer::serve(std::shared_ptr<void> handle) {
     auto socket = std::static_pointer_cast<tcp::socket>(handle);
     beast::error_code error;
     beast::flat_buffer buffer;
-    http::request<http::string_body> request;
-    http::read(*socket, buffer, request, error);
+    http::request_parser<http::string_body> parser;
+    // A recording's piece is close to Beast's 1 MB default.
+    parser.body_limit(16 * 1024 * 1024);
+    http::read(*socket, buffer, parser, error);
     if (error)
         return;
+    http::request<http::string_body> request = parser.release();
     std::string method(request.method_string());
     std::string target(request.target());
     {

@@ -13,7 +13,8 @@ namespace quillon::testing {
 
 /// A real OpenAI-compatible HTTP server on 127.0.0.1 with scripted replies, for testing the local
 /// model backend and every feature's path end to end. Serves GET <base>/models,
-/// POST <base>/chat/completions and POST <base>/embeddings on an ephemeral port.
+/// POST <base>/chat/completions, POST <base>/embeddings and POST <base>/audio/transcriptions on an
+/// ephemeral port.
 class StubModelServer {
 public:
     /// What the server does with one request.
@@ -60,6 +61,10 @@ public:
     void setDefaultChat(Behaviour behaviour);
     /// How POST /embeddings answers; the default reply embeds each input deterministically.
     void setEmbeddingsBehaviour(Behaviour behaviour);
+    /// Replies to audio transcriptions, one per request in order (a `statusCode(200, json)` sends
+    /// the JSON as it stands); when the queue is empty the default answers ({"text":""} unless set).
+    void queueTranscription(Behaviour behaviour);
+    void setDefaultTranscription(Behaviour behaviour);
 
     std::vector<RecordedRequest> requests() const;
     /// The system and user messages of every chat completion received, in order.
@@ -86,6 +91,8 @@ private:
     std::deque<Behaviour> m_chatQueue;
     Behaviour m_defaultChat = Behaviour::reply("");
     std::unique_ptr<Behaviour> m_embeddingsBehaviour;
+    std::deque<Behaviour> m_transcriptionQueue;
+    Behaviour m_defaultTranscription = Behaviour::statusCode(200, R"({"text":""})");
     std::vector<RecordedRequest> m_requests;
     std::vector<std::thread> m_connections;
     std::thread m_acceptor;
