@@ -104,6 +104,12 @@ public:
             }
             m_groupStart = false;
         }
+        // Trailing breaks past the limit: as many line ends as the empty paragraphs they would make.
+        if (m_pendingBreaks > 1) {
+            if (m_paragraph.runs.empty())
+                m_paragraph.runs.emplace_back();
+            m_paragraph.runs.back().text.append(m_pendingBreaks - 1, '\n');
+        }
         if (!m_paragraph.runs.empty())
             finishParagraph();
         return std::move(m_text);
@@ -390,7 +396,10 @@ private:
         const std::string colour = s.colourIndex > 0 && static_cast<std::size_t>(s.colourIndex) < m_colours.size()
                                        ? m_colours[s.colourIndex]
                                        : std::string();
-        if (m_paragraph.runs.empty() || !sameLook(m_paragraph.runs.back(), s, colour)) {
+        // Past the run limit a change of look no longer starts a run: the text goes on unchanged.
+        if (m_paragraph.runs.empty() ||
+            (m_runCount < RtfReader::maximumRuns && !sameLook(m_paragraph.runs.back(), s, colour))) {
+            ++m_runCount;
             RichRun run;
             run.bold = s.bold;
             run.italic = s.italic;
@@ -406,6 +415,8 @@ private:
             }
             m_paragraph.runs.push_back(std::move(run));
         }
+        m_paragraph.runs.back().text.append(m_pendingBreaks, '\n');
+        m_pendingBreaks = 0;
         appendUtf8(m_paragraph.runs.back().text, c);
     }
 
@@ -417,6 +428,12 @@ private:
     void breakParagraph() {
         if (state().destination != Destination::text)
             return;
+        // Past the paragraph limit a break is a line end inside the last paragraph, which reads
+        // the same as plain text.
+        if (m_text.paragraphs.size() + 1 >= RtfReader::maximumParagraphs) {
+            ++m_pendingBreaks;
+            return;
+        }
         finishParagraph();
     }
 
@@ -440,6 +457,9 @@ private:
     std::string m_instruction;
     std::vector<std::string> m_links{std::string()};
     std::size_t m_runLink = 0;
+    std::size_t m_runCount = 0;
+    /// Paragraph breaks past the paragraph limit, written as line ends before the next text.
+    std::size_t m_pendingBreaks = 0;
     std::size_t m_linkBudget;
     std::vector<std::string> m_colours{std::string()};
     std::array<int, 3> m_colour{0, 0, 0};

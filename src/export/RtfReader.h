@@ -16,11 +16,15 @@ namespace quillon::exports {
 /// (deeper ones are read as part of their parent); a group costs a few dozen bytes whatever its
 /// link, since links live in one table; a link target longer than `maximumLinkBytes` is dropped
 /// and its text kept; all runs together copy at most `linkCopyBudget` bytes of link targets
-/// (later runs keep their text without the link).
+/// (later runs keep their text without the link). At most `maximumRuns` runs and
+/// `maximumParagraphs` paragraphs are made; beyond them changes of look are ignored and paragraph
+/// breaks become line ends, so the plain text stays the same.
 class RtfReader {
 public:
     static constexpr std::size_t maximumGroupDepth = 512;
     static constexpr std::size_t maximumLinkBytes = 4096;
+    static constexpr std::size_t maximumRuns = 1u << 18;
+    static constexpr std::size_t maximumParagraphs = 1u << 17;
     static constexpr std::size_t linkCopyBudget(std::size_t inputBytes) { return 8 * inputBytes + (1u << 20); }
 
     static RichText read(std::string_view rtf);

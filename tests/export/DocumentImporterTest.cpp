@@ -164,6 +164,15 @@ TEST(DocumentImporter, readsHostileDocumentsWithoutRecursionOrRunawayCopies) {
         EXPECT_LE(linkBytes, RtfReader::linkCopyBudget(rtf.size())) << targetBytes;
         EXPECT_EQ(read.plainText().size(), 400000u) << targetBytes;
     }
+    // Formatting changes and paragraphs beyond the limits keep their text.
+    const RichText many = RtfReader::read("{\\rtf1 " + repeated("{\\b a}{\\i b}\\par ", 200000) + "}");
+    std::size_t runs = 0;
+    for (const auto& paragraph : many.paragraphs)
+        runs += paragraph.runs.size();
+    EXPECT_LE(runs, RtfReader::maximumRuns + RtfReader::maximumParagraphs);
+    EXPECT_EQ(many.paragraphs.size(), RtfReader::maximumParagraphs);
+    // Compared as a whole: a failing comparison of 200,000 lines would print a quadratic diff.
+    EXPECT_TRUE(many.plainText() == repeated("ab\n", 199999) + "ab");
     // A well-formed link still reaches every run of its text.
     const RichText linked =
         RtfReader::read("{\\rtf1{\\field{\\*\\fldinst{HYPERLINK \"https://example.org/\"}}{\\fldrslt{" +
