@@ -2,6 +2,7 @@
 
 #include "model/BibleVersion.h"
 #include "scripture/BibleLoader.h"
+#include "scripture/ReferenceParser.h"
 #include "scripture/SwordConverter.h"
 
 #include <ostream>
@@ -70,7 +71,13 @@ int BibleCommand::execute(CommandContext& context) {
 
 int BibleCommand::search(CommandContext& context) {
     scripture::BibleLoader loader;
-    auto results = loader.search(m_query, versionList(m_versions), static_cast<std::size_t>(m_limit));
+    const std::vector<model::BibleVersion> versions = versionList(m_versions);
+    auto results = loader.search(m_query, versions, static_cast<std::size_t>(m_limit));
+    // "John 3:16 NIV": say which text stands in for a translation Quillon does not have.
+    const scripture::ReferenceReading reading = scripture::readReference(m_query);
+    if (reading.reference && !reading.translation.empty() && !reading.version && !results.empty())
+        context.err << "Quillon has no " << reading.translation << " text; showing "
+                    << model::rawValue(results.front().version) << ".\n";
     if (context.json) {
         nlohmann::ordered_json json = nlohmann::ordered_json::array();
         for (const auto& result : results)

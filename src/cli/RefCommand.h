@@ -6,7 +6,8 @@
 
 namespace quillon::cli {
 
-/// `quillon ref TEXT`: shows how a typed reference is read (book, chapter, verses).
+/// `quillon ref [--explain] TEXT`: shows how a typed reference is read (book, chapter, verses) and,
+/// with --explain, what the normalising step did to the text first.
 class RefCommand : public Command {
 public:
     std::string name() const override { return "ref"; }
@@ -16,6 +17,7 @@ public:
 
 private:
     std::string m_text;
+    bool m_explain = false;
 };
 
 } // namespace quillon::cli

@@ -1,6 +1,7 @@
 #include "scripture/BibleLoader.h"
 
 #include "orvane/UnicodeText.h"
+#include "scripture/ReferenceNormaliser.h"
 #include "scripture/ReferenceParser.h"
 #include "scripture/TopicTable.h"
 
@@ -209,8 +210,9 @@ FullTextQuery readFullTextQuery(std::string_view query) {
             ++i;
             continue;
         }
-        std::string_view phrase = trimmed(query.substr(i + 1, close - i - 1));
-        if (!phrase.empty())
+        // Spaces inside the quotes are kept: " in the beginning" anchors the phrase at a word's start.
+        std::string_view phrase = query.substr(i + 1, close - i - 1);
+        if (!trimmed(phrase).empty())
             parsed.phrases.emplace_back(phrase);
         rest.push_back(' ');
         i = close + 1;
@@ -377,18 +379,22 @@ std::vector<BibleSearchResult> BibleLoader::verses(const ScriptureReference& ref
 
 std::vector<BibleSearchResult> BibleLoader::search(std::string_view query, std::vector<model::BibleVersion> versions,
                                                    std::size_t limit) {
-    const std::string_view text = trimmed(query);
+    // Pasted text carries no-break and thin spaces; they separate words like any other space.
+    const std::string plain = withPlainSpaces(query);
+    const std::string_view text = trimmed(plain);
     if (text.empty() || orvane::UnicodeText::characterCount(text) < 2 || limit == 0)
         return {};
+    const ReferenceReading reading = readReference(text);
+    // "John 3:16 NKJV" asks for the NKJV when the caller named no versions.
     if (versions.empty())
-        versions = {model::BibleVersion::kjv};
+        versions = {reading.version.value_or(model::BibleVersion::kjv)};
 
     auto capped = [limit](std::vector<BibleSearchResult> results) {
         if (results.size() > limit)
             results.resize(limit);
         return results;
     };
-    if (auto reference = parse(text)) {
+    if (const auto& reference = reading.reference) {
         auto results = verses(*reference, versions);
         if (!results.empty())
             return capped(std::move(results));

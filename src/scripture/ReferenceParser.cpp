@@ -1,5 +1,7 @@
 #include "scripture/ReferenceParser.h"
 
+#include "scripture/ReferenceNormaliser.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,9 +13,8 @@ namespace quillon::scripture {
 
 namespace {
 
-// Verse numbers above this are not references: no chapter has more than 176 verses, and the cap
-// keeps a typed range like "1-999999999" from expanding into a billion entries.
-constexpr int maximumVerseNumber = 999;
+// Longer digit runs are read as this: no chapter comes near it, and the lookup skips it.
+constexpr int saturatedVerseNumber = 999'999'999;
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
@@ -219,7 +220,20 @@ std::optional<ReferenceParts> splitReference(std::string_view text) {
     return parts;
 }
 
-std::optional<std::vector<int>> verseList(std::string_view list) {
+/// A verse number of any length; a run too long for an int saturates.
+std::optional<int> verseNumber(std::string_view digits) {
+    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), isDigit))
+        return std::nullopt;
+    while (digits.size() > 1 && digits.front() == '0')
+        digits.remove_prefix(1);
+    return digits.size() > 9 ? saturatedVerseNumber : decimal(digits);
+}
+
+/// The verses of a list such as "16-18, 20". A range stops at the chapter's last verse
+/// (`lastVerse`), so "170-1000" of a 176-verse chapter is 170 to 176 and no typed range can
+/// expand without bound; a range that begins beyond the chapter keeps only its first verse,
+/// which the lookup then skips like any verse the chapter lacks.
+std::optional<std::vector<int>> verseList(std::string_view list, int lastVerse) {
     std::vector<int> verses;
     while (!list.empty()) {
         std::size_t comma = list.find(',');
@@ -229,17 +243,18 @@ std::optional<std::vector<int>> verseList(std::string_view list) {
             continue; // "16," or "16,,18": an empty piece names nothing
         std::size_t dash = piece.find('-');
         if (dash == std::string_view::npos) {
-            auto verse = decimal(piece);
-            if (!verse || *verse > maximumVerseNumber)
+            auto verse = verseNumber(piece);
+            if (!verse)
                 return std::nullopt;
             verses.push_back(*verse);
             continue;
         }
-        auto first = decimal(trimmed(piece.substr(0, dash)));
-        auto last = decimal(trimmed(piece.substr(dash + 1)));
-        if (!first || !last || *first > maximumVerseNumber || *last > maximumVerseNumber)
+        auto first = verseNumber(trimmed(piece.substr(0, dash)));
+        auto last = verseNumber(trimmed(piece.substr(dash + 1)));
+        if (!first || !last)
             return std::nullopt;
-        auto [low, high] = std::minmax(*first, *last);
+        const int low = std::min(*first, *last);
+        const int high = std::min(std::max(*first, *last), std::max(low, lastVerse));
         for (int verse = low; verse <= high; ++verse)
             verses.push_back(verse);
     }
@@ -334,7 +349,7 @@ std::optional<BibleBook> resolveBook(std::string_view name) {
     return std::nullopt;
 }
 
-std::optional<ScriptureReference> parse(std::string_view text) {
+std::optional<ScriptureReference> parseAsWritten(std::string_view text) {
     const std::string lowered = lowercased(trimmed(text));
     if (lowered.find(" of ") != std::string::npos)
         if (auto reference = descriptiveReference(lowered))
@@ -351,11 +366,34 @@ std::optional<ScriptureReference> parse(std::string_view text) {
         return std::nullopt;
     ScriptureReference reference{*book, *chapter, std::nullopt};
     if (parts->verses) {
-        reference.verses = verseList(*parts->verses);
+        reference.verses = verseList(*parts->verses, book->verseCount(*chapter));
         if (!reference.verses)
             return std::nullopt;
     }
     return reference;
+}
+
+ReferenceReading readReference(std::string_view text, bool explain) {
+    ReferenceReading reading;
+    // A text the parser reads as written keeps that reading whatever the normaliser would make of it.
+    if ((reading.reference = parseAsWritten(text))) {
+        reading.readAs = std::string(trimmed(text));
+        return reading;
+    }
+    NormalisedReference normalised = normaliseReference(text, explain);
+    if (normalised.changed)
+        reading.reference = parseAsWritten(normalised.text);
+    reading.readAs = std::move(normalised.text);
+    reading.translation = std::move(normalised.translation);
+    reading.version = normalised.version;
+    reading.changes = std::move(normalised.changes);
+    return reading;
+}
+
+std::optional<ScriptureReference> parse(std::string_view text) {
+    if (auto reference = parseAsWritten(text))
+        return reference;
+    return readReference(text).reference;
 }
 
 } // namespace quillon::scripture

@@ -38,7 +38,7 @@ TEST(ReferenceParser, readsOrdinalsInEveryForm) {
                              "I Corinthians 13", "  1 corinthians   13  "})
         expectParses({text, "1 Corinthians", 13});
     expectParses({"ii kings 2:11", "2 Kings", 2, Verses{11}});
-    expectParses({"iii john 4", nullptr}); // chapter 4 of a one-chapter book
+    expectParses({"iii john 4", "3 John", 1, Verses{4}}); // a one-chapter book's verse cited alone
     expectParses({"third john 1:4", "3 John", 1, Verses{4}});
     expectParses({"2nd Timothy 3:16", "2 Timothy", 3, Verses{16}});
     expectParses({"first john 1:9", "1 John", 1, Verses{9}});
@@ -78,20 +78,72 @@ TEST(ReferenceParser, readsSeparatorsListsAndRanges) {
         {"John 3:20, 16", "John", 3, Verses{20, 16}}, // the order written is kept
         {"John 3:18-16", "John", 3, Verses{16, 17, 18}},
         {"John 3:16,", "John", 3, Verses{16}},
-        {"John 3:16–18", nullptr}, // en dash
-        {"John 3:16a", nullptr},
+        {"John 3:16–18", "John", 3, Verses{16, 17, 18}}, // en dash, as pasted
+        {"John 3:16a", "John", 3, Verses{16}},           // part of a verse is the verse
         {"John 3:16-", nullptr},
         {"John 3:16 17", nullptr},
         {"John 3:", nullptr},
-        {"John 3:1-1000", nullptr},
+        {"John 3:1-1000", "John", 3, Verses{}}, // filled below: stops at verse 36
         {"John 22:1", nullptr},
         {"John 0", nullptr},
         {"John 3:99", "John", 3, Verses{99}}, // kept; the lookup skips it
         {"John 99999999999999999999", nullptr},
         {"John 3", "John", 3},
     };
+    for (Case& entry : cases) {
+        if (entry.verses && entry.verses->empty())
+            for (int verse = 1; verse <= 36; ++verse)
+                entry.verses->push_back(verse);
+        expectParses(entry);
+    }
+}
+
+TEST(ReferenceParser, stopsARangeAtTheChaptersLastVerseInsteadOfRefusingIt) {
+    std::vector<Case> cases = {
+        {"Psalm 119:170-1000", "Psalms", 119, Verses{170, 171, 172, 173, 174, 175, 176}},
+        {"Psalm 119:1000-170", "Psalms", 119, Verses{170, 171, 172, 173, 174, 175, 176}},
+        {"Psalm 119:174-99999999999999", "Psalms", 119, Verses{174, 175, 176}},
+        {"Jude 1:24-2000000000", "Jude", 1, Verses{24, 25}},
+        {"John 3:40-1000", "John", 3, Verses{40}}, // begins past the end: kept, and the lookup skips it
+        {"John 3:1000", "John", 3, Verses{1000}},
+        {"Psalm 117:1-2, 1-5000", "Psalms", 117, Verses{1, 2, 1, 2}},
+    };
     for (const Case& entry : cases)
         expectParses(entry);
+}
+
+TEST(ReferenceParser, keepsTheReadingsThePartsOwnEdgeCasesDefine) {
+    // The parser as written, before any normalising, and the entry point agree on every one.
+    std::vector<Case> cases = {
+        {"1 Cor 13", "1 Corinthians", 13},
+        {"1cor 13", "1 Corinthians", 13},
+        {"first corinthians 13", "1 Corinthians", 13},
+        {"i corinthians 13", "1 Corinthians", 13},
+        {"1st Corinthians 13", "1 Corinthians", 13},
+        {"Pslam 23", "Psalms", 23},
+        {"Philipians 4:13", "Philippians", 4, Verses{13}},
+        {"Jo 3:16", nullptr},
+        {"Joh 3:16", "John", 3, Verses{16}},
+        {"Jud 1", "Jude", 1},
+        {"John 3:16-18, 20", "John", 3, Verses{16, 17, 18, 20}},
+        {"John 22:1", nullptr},
+        {"John 3:99", "John", 3, Verses{99}},
+        {"the last chapter of Revelation", "Revelation", 22},
+        {"last verse of Jude", "Jude", 1, Verses{25}},
+        {"John 3.16", "John", 3, Verses{16}},
+        {"John 3 16", "John", 3, Verses{16}},
+    };
+    for (const Case& entry : cases) {
+        expectParses(entry);
+        auto asWritten = parseAsWritten(entry.text);
+        ASSERT_EQ(asWritten.has_value(), entry.book != nullptr) << entry.text;
+        if (asWritten) {
+            EXPECT_EQ(asWritten, parse(entry.text)) << entry.text;
+        }
+    }
+    // The one form the normalising step reads on purpose: a pasted en dash.
+    EXPECT_FALSE(parseAsWritten("John 3:16–18").has_value());
+    EXPECT_EQ(parse("John 3:16–18")->verses, (Verses{16, 17, 18}));
 }
 
 TEST(ReferenceParser, readsDescriptiveForms) {

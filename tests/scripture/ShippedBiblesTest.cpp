@@ -75,6 +75,37 @@ TEST(ShippedBibles, theSearchBoxAnswersReferencesTopicsAndWords) {
               water.end());
 }
 
+TEST(ShippedBibles, phrasesKeepTheirSpacesAndPastedSpacesSeparateWords) {
+    auto& loader = shippedLoader();
+    // A space inside the quotes anchors the phrase at a word's edge.
+    EXPECT_EQ(loader.search("\" in the beginning\"", {}, 1000).size(), 15u);
+    EXPECT_EQ(loader.search("\"in the beginning\"", {}, 1000).size(), 19u);
+    EXPECT_EQ(loader.search("\"love \"", {}, 1000).size(), 213u);
+    EXPECT_TRUE(loader.search("\"   \"", {}, 1000).empty()); // only spaces is no phrase
+    // No-break and thin spaces, as web Bibles and word processors paste them.
+    EXPECT_EQ(loader.search("John\u00a03:16", {}, 50), loader.search("John 3:16", {}, 50));
+    EXPECT_EQ(loader.search("1\u00a0John 1:9", {}, 50).at(0).id, "KJV-1Joh 1:9");
+    EXPECT_EQ(loader.search("John 3:16\u2009-\u200918", {}, 50).size(), 3u);
+    EXPECT_EQ(loader.search("faith\u00a0hope", {}, 50), loader.search("faith hope", {}, 50));
+}
+
+TEST(ShippedBibles, aRangePastTheChaptersEndStopsThere) {
+    auto& loader = shippedLoader();
+    auto tail = loader.search("Psalm 119:170-1000", {}, 50);
+    ASSERT_EQ(tail.size(), 7u);
+    EXPECT_EQ(tail.front().id, "KJV-Psa 119:170");
+    EXPECT_EQ(tail.back().id, "KJV-Psa 119:176");
+    EXPECT_EQ(loader.search("John 3:1-1000", {}, 50).size(), 36u);
+}
+
+TEST(ShippedBibles, aTranslationTagNamesTheVersionWhenNoneIsChosen) {
+    auto& loader = shippedLoader();
+    EXPECT_EQ(loader.search("John 3:16 ASV", {}, 50).at(0).id, "ASV-Joh 3:16");
+    EXPECT_EQ(loader.search("(YLT) John 3:16", {}, 50).at(0).id, "YLT-Joh 3:16");
+    EXPECT_EQ(loader.search("John 3:16 ASV", {BibleVersion::kjv}, 50).at(0).id, "KJV-Joh 3:16"); // the choice wins
+    EXPECT_EQ(loader.search("John 3:16 NIV", {}, 50).at(0).id, "KJV-Joh 3:16");
+}
+
 TEST(SwordConverter, cleansRenderedTextToOneLine) {
     struct Row {
         const char* rendered;
