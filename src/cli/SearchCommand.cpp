@@ -1,5 +1,6 @@
 #include "cli/SearchCommand.h"
 
+#include "cli/UnifiedSearchRun.h"
 #include "intelligence/LocalModelEmbedding.h"
 #include "orvane/QueryCorrection.h"
 #include "search/SermonSearchDisplayHit.h"
@@ -18,12 +19,16 @@ void SearchCommand::configure(CLI::App& command) {
         ->default_val(defaultLimit)
         ->check(CLI::PositiveNumber)
         ->type_name("N");
+    command.add_option("--in", m_groups, "Search these groups instead: scripture, commentaries, sermons, … or all")
+        ->type_name("GROUPS");
 }
 
 int SearchCommand::run(CommandContext& context, Library& library) {
     std::string query;
     for (const auto& word : m_words)
         query += (query.empty() ? "" : " ") + word;
+    if (!m_groups.empty())
+        return runUnifiedSearch(context, library, query, searchGroupsNamed(m_groups), m_limit);
 
     search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
     index.refresh(library.manager().sermons());

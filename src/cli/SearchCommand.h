@@ -8,7 +8,8 @@
 namespace quillon::cli {
 
 /// `quillon search QUERY [--limit N]`: the sermons that best match the query, with the correction notice first when
-/// the query had to be corrected.
+/// the query had to be corrected. With `--in GROUPS` (or `--in all`), the grouped search over the Bible, the
+/// commentaries and the sermons instead, at most N hits a group.
 class SearchCommand final : public LibraryCommand {
 public:
     static constexpr int defaultLimit = 20;
@@ -25,6 +26,7 @@ protected:
 private:
     std::vector<std::string> m_words;
     int m_limit = defaultLimit;
+    std::string m_groups;
 };
 
 } // namespace quillon::cli
