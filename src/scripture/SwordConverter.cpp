@@ -18,6 +18,74 @@ bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
 }
 
+/// Removes every line the module centres (`<l sID… type="x-center"/>` to its `<l eID…/>`).
+void eraseCenteredLines(std::string& raw) {
+    static const std::string centred = "type=\"x-center\"/>";
+    for (std::size_t at = raw.find(centred); at != std::string::npos; at = raw.find(centred, at)) {
+        std::size_t start = raw.rfind("<l ", at);
+        std::size_t end = raw.find(centred, at + centred.size());
+        if (start == std::string::npos || end == std::string::npos)
+            break;
+        raw.erase(start, end + centred.size() - start);
+    }
+}
+
+/// Where a word element or a supplied word ends and the next begins with no space between them
+/// ("all</w><transChange type="added">thy</transChange><w>precepts</w>"), rendering would glue
+/// the words ("allthy"); the printed text has a space there. An empty word element (`<w …/>`, an
+/// untranslated Greek article) renders nothing, so it needs none.
+void separateAdjacentWords(std::string& raw) {
+    std::string result;
+    result.reserve(raw.size() + raw.size() / 16);
+    for (std::size_t at = 0; at < raw.size();) {
+        std::size_t close = raw.find("</", at);
+        if (close == std::string::npos) {
+            result.append(raw, at, std::string::npos);
+            break;
+        }
+        std::size_t closeEnd = raw.find('>', close);
+        if (closeEnd == std::string::npos) {
+            result.append(raw, at, std::string::npos);
+            break;
+        }
+        result.append(raw, at, closeEnd + 1 - at);
+        at = closeEnd + 1;
+        const std::string_view tag = std::string_view(raw).substr(close, closeEnd + 1 - close);
+        if (tag != "</w>" && tag != "</transChange>")
+            continue;
+        const std::string_view next = std::string_view(raw).substr(at);
+        if (!next.starts_with("<w") && !next.starts_with("<transChange"))
+            continue;
+        std::size_t nextEnd = next.find('>');
+        if (nextEnd != std::string_view::npos && nextEnd > 0 && next[nextEnd - 1] == '/')
+            continue;
+        result.push_back(' ');
+    }
+    raw = std::move(result);
+}
+
+/// Old e-texts write typography on a typewriter: `quoted' for ‘quoted’ and "--" for a dash.
+/// A module that opens its quotations with backticks gets the marks they stand for, so its
+/// apostrophes match the other texts' ’ too.
+void setTypewriterTypography(std::string& text) {
+    if (text.find('`') == std::string::npos)
+        return;
+    std::string result;
+    result.reserve(text.size() + text.size() / 32);
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] == '`')
+            result += "‘";
+        else if (text[at] == '\'')
+            result += "’";
+        else if (text.compare(at, 2, "--") == 0) {
+            result += "—";
+            ++at;
+        } else
+            result.push_back(text[at]);
+    }
+    text = std::move(result);
+}
+
 /// Prepares a verse's raw markup for rendering. Psalm superscriptions and acrostic letters are
 /// headings in English verse numbering, not verse text, so titles go. Some modules tag a supplied
 /// word right before the next one with no space between them (ASV Heb 3:1
@@ -43,9 +111,15 @@ std::string preparedMarkup(std::string raw) {
             break;
         raw.erase(start, end + std::string("</div>").size() - start);
     }
-    static const std::string glued = "</transChange><w";
-    for (std::size_t at = raw.find(glued); at != std::string::npos; at = raw.find(glued, at + glued.size() + 1))
-        raw.insert(at + std::string("</transChange>").size(), " ");
+    // The ASV's acrostic letters of Psalm 119 ("ב BETH.") sit, centred, after the verse before
+    // their stanza: headings, not text.
+    eraseCenteredLines(raw);
+    // The ASV opens each "Selah" with a bracket it never closes.
+    static const std::string selah = "type=\"selah\"/>";
+    for (std::size_t at = raw.find(selah); at != std::string::npos; at = raw.find(selah, at + 1))
+        if (raw.compare(at + selah.size(), 1, "[") == 0)
+            raw.erase(at + selah.size(), 1);
+    separateAdjacentWords(raw);
     return raw;
 }
 
@@ -122,6 +196,7 @@ std::string SwordConverter::convert(const std::string& moduleName, SwordConversi
             }
         }
     }
+    setTypewriterTypography(output);
     return output;
 }
 

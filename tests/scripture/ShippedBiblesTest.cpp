@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 
 using namespace quillon;
 using namespace quillon::scripture;
@@ -106,6 +108,29 @@ TEST(ShippedBibles, aTranslationTagNamesTheVersionWhenNoneIsChosen) {
     EXPECT_EQ(loader.search("John 3:16 NIV", {}, 50).at(0).id, "KJV-Joh 3:16");
 }
 
+TEST(ShippedBibles, noTextKeepsTheMarkupOfItsModule) {
+    // Typewriter quotes (YLT's `Let light be;'), the ASV's "[Selah" without its bracket's mate,
+    // acrostic headings run into a verse, and words glued where a tag stood between them.
+    const std::vector<std::string> glued = {"forhe", "goats’hair", "cubitswas", "allthy", "allthings"};
+    for (BibleVersion version : {BibleVersion::kjv, BibleVersion::asv, BibleVersion::ylt}) {
+        for (const auto& [key, verse] : *shippedLoader().loadVerses(version)) {
+            const std::string& text = verse.text;
+            ASSERT_EQ(text.find('`'), std::string::npos) << key;
+            ASSERT_EQ(text.find("[Selah"), std::string::npos) << key;
+            ASSERT_EQ(text.find("[Higgaion"), std::string::npos) << key;
+            ASSERT_EQ(text.find("\xD7"), std::string::npos) << key << " keeps a Hebrew letter";
+            for (const std::string& word : glued)
+                ASSERT_EQ(text.find(word), std::string::npos) << key << " glues " << word;
+        }
+    }
+    auto ylt = shippedLoader().loadVerses(BibleVersion::ylt);
+    EXPECT_TRUE(ylt->at("Joh 10:11").text.starts_with("‘I am the good shepherd;")) << ylt->at("Joh 10:11").text;
+    EXPECT_EQ(ylt->at("Gen 1:3").text, "and God saith, ‘Let light be;’ and light is.");
+    auto asv = shippedLoader().loadVerses(BibleVersion::asv);
+    EXPECT_TRUE(asv->at("Psa 3:2").text.ends_with("no help for him in God. Selah")) << asv->at("Psa 3:2").text;
+    EXPECT_TRUE(asv->at("Psa 119:8").text.ends_with("forsake me not utterly.")) << asv->at("Psa 119:8").text;
+}
+
 TEST(SwordConverter, cleansRenderedTextToOneLine) {
     struct Row {
         const char* rendered;
@@ -115,6 +140,31 @@ TEST(SwordConverter, cleansRenderedTextToOneLine) {
          {Row{"\nThese are the generations", "These are the generations"}, Row{"\xC2\xB6 And he said", "And he said"},
           Row{"a  b\t\nc ", "a b c"}, Row{"one|two", "one two"}, Row{"", ""}})
         EXPECT_EQ(SwordConverter::cleanedText(row.rendered), row.stored);
+}
+
+TEST(SwordConverter, regeneratesTheShippedTextsExactly) {
+    // The shipped texts are this converter's output: a cleaned-up file stays clean when regenerated.
+    const char* folder = std::getenv("QUILLON_SWORD_DATA");
+    const std::filesystem::path modules =
+        folder ? std::filesystem::path(folder)
+               : quillon::testing::sourceDirectory() / ".." / "shared" / "data" / "sword";
+    quillon::testing::TemporaryFolder sword;
+    for (const char* name : {"ASV", "YLT"}) {
+        const auto zip = modules / (std::string(name) + ".zip");
+        if (!std::filesystem::exists(zip))
+            GTEST_SKIP() << "the SWORD modules are not at " << modules;
+        const std::string unzip = "unzip -q -o '" + zip.string() + "' -d '" + sword.path().string() + "'";
+        if (std::system(unzip.c_str()) != 0)
+            GTEST_SKIP() << "unzip could not open " << zip;
+    }
+    SwordConverter converter(sword.path());
+    for (const char* name : {"ASV", "YLT"}) {
+        SwordConversion report;
+        const std::string text = converter.convert(name, report);
+        const auto shipped = quillon::testing::readText(quillon::testing::sourceDirectory() / "resources" / "bibles" /
+                                                        (std::string(name) + ".txt"));
+        EXPECT_TRUE(text == shipped) << name << " differs from the shipped text";
+    }
 }
 
 TEST(SwordConverter, anUnknownModuleIsAClearError) {
