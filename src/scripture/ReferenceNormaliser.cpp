@@ -222,12 +222,12 @@ constexpr std::array<Tag, 68> translationTags = {{
 }};
 
 const Tag* tagNamed(std::string_view text) {
-    if (text.empty() || text.size() > 8)
+    if (text.size() < 2 || text.size() > 8 || !isLetter(text[0]))
         return nullptr;
-    std::string upper(text);
-    for (char& c : upper)
-        if (c >= 'a' && c <= 'z')
-            c = static_cast<char>(c - 'a' + 'A');
+    char buffer[8];
+    for (std::size_t i = 0; i < text.size(); ++i)
+        buffer[i] = (text[i] >= 'a' && text[i] <= 'z') ? static_cast<char>(text[i] - 'a' + 'A') : text[i];
+    const std::string_view upper(buffer, text.size());
     for (const Tag& tag : translationTags)
         if (tag.text == upper)
             return &tag;
@@ -458,6 +458,10 @@ void Normaliser::stripWrapping(bool brackets) {
 /// "the 23rd Psalm" → "Psalms 23"; "the 13th chapter of 1 Corinthians" → "1 Corinthians 13".
 void Normaliser::readOrdinalForms() {
     std::string_view text = trimmed(m_text);
+    // Only a text that begins with an ordinal number ("23rd", "the 13th") is one of these forms.
+    std::string_view start = text.substr(0, 4);
+    if (!text.empty() && !isDigit(text[0]) && (start.size() < 4 || !equalsIgnoringCase(start, "the ")))
+        return;
     std::string lowered = lowercased(text);
     std::string_view rest = lowered;
     if (rest.starts_with("the "))

@@ -88,20 +88,35 @@ std::u32string codePoints(std::string_view text) {
     return result;
 }
 
-/// Plain Levenshtein distance: insertion, deletion and substitution each cost one.
-std::size_t levenshtein(const std::u32string& a, const std::u32string& b) {
-    std::vector<std::size_t> previous(b.size() + 1), current(b.size() + 1);
+/// Plain Levenshtein distance (insertion, deletion and substitution each cost one), or `limit + 1`
+/// as soon as it is sure to exceed `limit`: a row's smallest entry never shrinks further down.
+/// Book names are short, so the two rows live on the stack; longer texts use the heap.
+std::size_t levenshtein(std::u32string_view a, std::u32string_view b, std::size_t limit) {
+    constexpr std::size_t stackColumns = 64;
+    std::size_t stackRows[2][stackColumns];
+    std::vector<std::size_t> heapRows;
+    std::size_t* previous = stackRows[0];
+    std::size_t* current = stackRows[1];
+    if (b.size() + 1 > stackColumns) {
+        heapRows.resize(2 * (b.size() + 1));
+        previous = heapRows.data();
+        current = heapRows.data() + b.size() + 1;
+    }
     for (std::size_t j = 0; j <= b.size(); ++j)
         previous[j] = j;
     for (std::size_t i = 1; i <= a.size(); ++i) {
         current[0] = i;
+        std::size_t rowMinimum = i;
         for (std::size_t j = 1; j <= b.size(); ++j) {
             std::size_t cost = a[i - 1] == b[j - 1] ? 0 : 1;
             current[j] = std::min({previous[j] + 1, current[j - 1] + 1, previous[j - 1] + cost});
+            rowMinimum = std::min(rowMinimum, current[j]);
         }
+        if (rowMinimum > limit)
+            return limit + 1;
         std::swap(previous, current);
     }
-    return previous[b.size()];
+    return std::min(previous[b.size()], limit + 1);
 }
 
 struct BookKeys {
@@ -109,6 +124,9 @@ struct BookKeys {
     std::unordered_map<std::string, const BibleBook*> byAlias;
     /// Normalised names in canonical order, with their code points for the fuzzy match.
     std::vector<std::pair<std::string, std::u32string>> names;
+    /// The normalised names in text order, for finding every name a key begins in one search.
+    std::vector<std::pair<std::string, const BibleBook*>> sortedNames;
+    std::size_t longestName = 0;
 };
 
 const BookKeys& bookKeys() {
@@ -118,9 +136,12 @@ const BookKeys& bookKeys() {
             std::string name = normaliseBookName(book.name);
             result.byName.emplace(name, &book);
             result.names.emplace_back(name, codePoints(name));
+            result.sortedNames.emplace_back(name, &book);
+            result.longestName = std::max(result.longestName, result.names.back().second.size());
             for (std::string_view alias : bibleBookAliases(book.id))
                 result.byAlias.emplace(normaliseBookName(alias), &book); // the earlier book keeps a shared alias
         }
+        std::sort(result.sortedNames.begin(), result.sortedNames.end());
         return result;
     }();
     return keys;
@@ -261,6 +282,36 @@ std::optional<std::vector<int>> verseList(std::string_view list, int lastVerse) 
     return verses;
 }
 
+/// The fuzzy match: the book whose name is fewest edits away within its allowance (a quarter of
+/// its length, or one edit for names under four characters); the earlier book on equal distance.
+const BibleBook* closestBook(const BookKeys& keys, const std::string& key) {
+    // Every allowance is under the longest name's quarter, so a key that much longer than every
+    // name is no near miss (and a very long key costs nothing).
+    if (key.size() > 4 * (keys.longestName + keys.longestName / 4 + 1))
+        return nullptr;
+    const std::u32string typed = codePoints(key);
+    const auto& books = allBibleBooks();
+    const BibleBook* best = nullptr;
+    std::size_t bestDistance = 0;
+    for (std::size_t index = 0; index < books.size(); ++index) {
+        const std::u32string& candidate = keys.names[index].second;
+        std::size_t length = candidate.size();
+        // A difference in length is a lower bound of the distance, so most books are skipped cheaply.
+        std::size_t allowed = length >= 4 ? length / 4 : 1;
+        std::size_t lengthGap = length > typed.size() ? length - typed.size() : typed.size() - length;
+        // Only a distance within the allowance, and below the best so far, can change the answer.
+        const std::size_t limit = best ? std::min(allowed, bestDistance - 1) : allowed;
+        if (lengthGap > limit || (best && bestDistance == 0))
+            continue;
+        std::size_t distance = levenshtein(typed, candidate, limit);
+        if (distance <= limit) {
+            best = &books[index];
+            bestDistance = distance;
+        }
+    }
+    return best;
+}
+
 } // namespace
 
 std::string normaliseBookName(std::string_view name) {
@@ -312,35 +363,13 @@ const BibleBook* resolveBookInTable(std::string_view name) {
     if (key.size() < 3)
         return nullptr;
 
-    const auto& books = allBibleBooks();
-    const BibleBook* onlyPrefixMatch = nullptr;
-    int prefixMatches = 0;
-    for (std::size_t index = 0; index < books.size(); ++index)
-        if (keys.names[index].first.starts_with(key)) {
-            onlyPrefixMatch = &books[index];
-            ++prefixMatches;
-        }
-    if (prefixMatches == 1)
-        return onlyPrefixMatch;
-
-    const std::u32string typed = codePoints(key);
-    const BibleBook* best = nullptr;
-    std::size_t bestDistance = 0;
-    for (std::size_t index = 0; index < books.size(); ++index) {
-        const std::u32string& candidate = keys.names[index].second;
-        std::size_t length = candidate.size();
-        // A difference in length is a lower bound of the distance, so most books are skipped cheaply.
-        std::size_t allowed = length >= 4 ? length / 4 : 1;
-        std::size_t lengthGap = length > typed.size() ? length - typed.size() : typed.size() - length;
-        if (lengthGap > allowed)
-            continue;
-        std::size_t distance = levenshtein(typed, candidate);
-        if (distance <= allowed && (!best || distance < bestDistance)) {
-            best = &books[index];
-            bestDistance = distance;
-        }
-    }
-    return best;
+    // The names beginning with the key sit together in text order; exactly one is an answer.
+    auto prefixed = std::lower_bound(keys.sortedNames.begin(), keys.sortedNames.end(), key,
+                                     [](const auto& entry, const std::string& typed) { return entry.first < typed; });
+    if (prefixed != keys.sortedNames.end() && prefixed->first.starts_with(key) &&
+        (std::next(prefixed) == keys.sortedNames.end() || !std::next(prefixed)->first.starts_with(key)))
+        return prefixed->second;
+    return closestBook(keys, key);
 }
 
 std::optional<BibleBook> resolveBook(std::string_view name) {
