@@ -1,33 +1,34 @@
 #include "cli/DeleteCommand.h"
 
-#include "store/SermonTrashManager.h"
-
-#include <nlohmann/json.hpp>
-
-#include <ostream>
+#include <algorithm>
 
 namespace quillon::cli {
 
 void DeleteCommand::configure(CLI::App& command) {
-    command.add_option("ID", m_id, "The sermon's id (or a unique prefix of it)")->required();
+    command.add_option("ID", m_ids, "The sermons' ids (or unique beginnings of them)")->required();
+    command.add_flag("--yes", m_yes, "Move them without asking");
 }
 
-int DeleteCommand::run(CommandContext& context, Library& library) {
-    const model::SermonNote sermon = library.find(m_id);
-    store::SermonTrashManager trash(library.manager(), library.preferences());
-    if (!trash.moveToTrash(sermon))
-        throw UserError("Quillon could not move “" + sermon.title + "” to the trash.");
-    const int days = trash.retentionDays();
-    if (context.json) {
-        context.out
-            << nlohmann::ordered_json{{"id", sermon.id.text()}, {"title", sermon.title}, {"retentionDays", days}}.dump(
-                   2)
-            << "\n";
-    } else {
-        context.out << "Moved “" << sermon.title << "” to the trash. It stays there for " << days
-                    << (days == 1 ? " day" : " days") << " before it is deleted permanently.\n";
+int DeleteCommand::runOnDesk(CommandContext& context, Desk& desk) {
+    std::vector<model::Uuid> ids;
+    for (const auto& text : m_ids) {
+        const model::Uuid id = desk.sermon(text).id;
+        if (std::find(ids.begin(), ids.end(), id) == ids.end())
+            ids.push_back(id);
     }
-    return 0;
+    auto& controller = desk.controller();
+    controller.requestMoveToTrash(ids);
+    const std::string question = controller.trashConfirmationMessage();
+    if (!confirm(context, question, m_yes)) {
+        controller.cancelMoveToTrash();
+        return 1;
+    }
+    controller.confirmMoveToTrash();
+    nlohmann::ordered_json moved = nlohmann::ordered_json::array();
+    for (const auto& id : ids)
+        if (!controller.sermon(id))
+            moved.push_back(id.text());
+    return desk.report(context, {{"confirmation", question}, {"moved", moved}});
 }
 
 } // namespace quillon::cli

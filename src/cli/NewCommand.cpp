@@ -1,5 +1,7 @@
 #include "cli/NewCommand.h"
 
+#include "cli/TemplatesCommand.h"
+
 #include "cli/TextInput.h"
 #include "store/SermonBackupManager.h"
 #include "store/SermonTemplate.h"
@@ -17,6 +19,7 @@ void NewCommand::configure(CLI::App& command) {
     command.add_option("--series", m_series, "The series it belongs to");
     command.add_option("--template", m_template, "A starting outline")
         ->check(CLI::IsMember({"blank", "expository", "topical", "textual", "seriesKickoff"}));
+    command.footer("Templates (also listed by “quillon templates”):\n" + templateList());
 }
 
 int NewCommand::run(CommandContext& context, Library& library) {

@@ -1,36 +1,25 @@
 #include "cli/RestoreCommand.h"
 
-#include "platform/FileError.h"
-#include "store/SermonBackupManager.h"
-
-#include <nlohmann/json.hpp>
-
-#include <ostream>
-
 namespace quillon::cli {
 
 void RestoreCommand::configure(CLI::App& command) {
     command.add_option("BACKUP_DIR", m_backup, "A “.quillonbackup” folder")->required();
+    command.add_flag("--yes", m_yes, "Restore without asking");
 }
 
-int RestoreCommand::run(CommandContext& context, Library& library) {
-    store::SermonBackupManager backups([&library] { return library.storage().mediaFolder(); }, library.preferences());
-    store::RestoreResult result;
-    try {
-        result = backups.restoreInto(library.manager(), m_backup);
-    } catch (const store::BackupError& error) {
-        throw UserError(std::string("Restore Failed: ") + error.what());
-    } catch (const platform::FileError& error) {
-        throw UserError(std::string("Restore Failed: ") + error.what());
+int RestoreCommand::runOnDesk(CommandContext& context, Desk& desk) {
+    auto& controller = desk.controller();
+    controller.requestRestore(m_backup);
+    const std::string question = controller.restoreQuestion();
+    if (!confirm(context, question, m_yes)) {
+        controller.cancelRestore();
+        return 1;
     }
-    if (context.json)
-        context.out << nlohmann::ordered_json{{"sermonsRestored", result.sermonsRestored},
-                                              {"coverImagesRestored", result.coverImagesRestored}}
-                           .dump(2)
-                    << "\n";
-    else
-        context.out << store::restoreCompleteMessage(result) << "\n";
-    return 0;
+    const auto result = controller.confirmRestore();
+    nlohmann::ordered_json extra = nlohmann::ordered_json::object();
+    if (result)
+        extra = {{"sermonsRestored", result->sermonsRestored}, {"coverImagesRestored", result->coverImagesRestored}};
+    return desk.report(context, extra);
 }
 
 } // namespace quillon::cli

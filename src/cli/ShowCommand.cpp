@@ -57,8 +57,10 @@ void printSermon(std::ostream& out, const model::SermonNote& sermon) {
             out << "   " << topicNumber << "." << ++subNumber << " " << subTopic.title << "\n";
             if (!subTopic.details.empty())
                 printIndented(out, subTopic.details, "       ");
+            int scriptureNumber = 0;
             for (const auto& scripture : subTopic.scriptures)
-                out << "       - " << passage(scripture) << "\n";
+                out << "       " << topicNumber << "." << subNumber << "." << ++scriptureNumber << " "
+                    << passage(scripture) << "\n";
         }
     }
     if (!sermon.notes.empty()) {

@@ -4,7 +4,8 @@
 
 namespace quillon::cli {
 
-/// `quillon show ID`: the sermon's metadata, outline and manuscript; with --json exactly the
+/// `quillon show ID`: the sermon's metadata, outline (numbered 2, 2.1, 2.1.3 as the editing
+/// commands address items) and manuscript; with --json exactly the
 /// JSON stored for it.
 class ShowCommand final : public LibraryCommand {
 public:

@@ -20,9 +20,9 @@ TEST_F(BackupCommandTest, backsUpAndRestoresIntoAnotherLibrary) {
     EXPECT_TRUE(fs::exists(backupFolder / "sermons.json"));
 
     fs::remove_all(library());
-    auto restored = run({"restore", backupFolder.string()});
+    auto restored = run({"restore", backupFolder.string(), "--yes"});
     EXPECT_EQ(restored.status, 0) << restored.err;
-    EXPECT_EQ(restored.out, "Restored 1 sermon and 1 cover image.\n");
+    EXPECT_TRUE(restored.out.ends_with("Restore Complete\nRestored 1 sermon and 1 cover image.\n")) << restored.out;
     EXPECT_TRUE(inLibrary(sermon.id));
     EXPECT_EQ(quillon::testing::readText(library() / "Media" / *withCover.coverImageFileName), "JPEG");
 }
@@ -33,10 +33,10 @@ TEST_F(BackupCommandTest, refusesAnEmptyLibraryAndAFolderThatIsNoBackup) {
     EXPECT_EQ(empty.err, "Nothing to Back Up: There are no sermons in your library yet.\n");
 
     folder.write("not-a-backup/manifest.json", "{}");
-    auto refused = run({"restore", (folder / "not-a-backup").string()});
+    auto refused = run({"restore", (folder / "not-a-backup").string(), "--yes"});
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.err,
-              "Restore Failed: That folder does not contain a sermons.json file, so it is not a Quillon backup.\n");
+              "Restore Failed\nThat folder does not contain a sermons.json file, so it is not a Quillon backup.\n");
 }
 
 } // namespace

@@ -88,21 +88,4 @@ TEST_F(ExportCommandTest, reportsFailuresWithASentence) {
     EXPECT_EQ(run({"export", sermon.id.text(), "--format", "odt"}).status, 1);
 }
 
-TEST(SelftestCommand, printsOneLinePerCheckAndFailsWhenOneNeedsAttention) {
-    const auto outcome = run({"selftest"});
-    std::istringstream lines(outcome.out);
-    std::vector<std::string> printed;
-    for (std::string line; std::getline(lines, line);)
-        printed.push_back(line);
-    ASSERT_GE(printed.size(), 3u);
-    EXPECT_EQ(printed.front(), "Import parser: OK");
-    EXPECT_EQ(printed.back(), "Archive export: OK");
-    const bool bibleOk = printed[1] == "Bible loader: OK";
-    EXPECT_EQ(outcome.status, bibleOk ? 0 : 1);
-    if (!bibleOk) {
-        EXPECT_EQ(printed[1], "Bible loader: needs attention");
-        EXPECT_EQ(printed[2], "Self-test: the Bible loader returned no text for John 3:16.");
-    }
-}
-
 } // namespace quillon::cli

@@ -106,7 +106,7 @@ TEST_F(LibraryCommandTest, showPrintsTheOutlineOrExactlyTheStoredJson) {
                             "   Broad and deep.\n"
                             "   1.1 Given\n"
                             "       Love gives first.\n"
-                            "       - John 3:16-17 (KJV)\n"
+                            "       1.1.1 John 3:16-17 (KJV)\n"
                             "\n"
                             "Notes:\n"
                             "For God so loved the world.\n");

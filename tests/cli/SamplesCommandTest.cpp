@@ -29,7 +29,7 @@ TEST_F(SamplesCommandTest, aFreshLibraryShowsTheSamplesUntilTheyAreHidden) {
 TEST_F(SamplesCommandTest, aDeletedSampleIsNotAddedAgain) {
     const auto& first = quillon::store::sampleSermonDefinitions().front();
     run({"list"});
-    ASSERT_EQ(run({"delete", first.id}).status, 0);
+    ASSERT_EQ(run({"delete", first.id, "--yes"}).status, 0);
     EXPECT_EQ(run({"list"}).out.find(first.title), std::string::npos);
 }
 

@@ -9,10 +9,10 @@ TEST_F(TrashCommandTest, deleteListRestoreAndDeleteForGood) {
     const auto keep = seed("Keep Me");
     const auto gone = seed("Gone Soon");
 
-    auto deleted = run({"delete", gone.id.text().substr(0, 8)});
+    auto deleted = run({"delete", gone.id.text().substr(0, 8), "--yes"});
     EXPECT_EQ(deleted.status, 0) << deleted.err;
-    EXPECT_EQ(deleted.out, "Moved “Gone Soon” to the trash. It stays there for 30 days before it is deleted "
-                           "permanently.\n");
+    EXPECT_EQ(deleted.out, "“Gone Soon” will move to Trash. It can be restored from Setup > Trash… for 30 days, after "
+                           "which it is removed automatically.\nMoved to Trash\n1 sermon moved to Trash.\n");
     EXPECT_FALSE(inLibrary(gone.id));
     EXPECT_TRUE(inLibrary(keep.id));
 
@@ -25,7 +25,7 @@ TEST_F(TrashCommandTest, deleteListRestoreAndDeleteForGood) {
     EXPECT_TRUE(inLibrary(gone.id));
     EXPECT_EQ(run({"trash", "list"}).out, "The trash is empty.\n");
 
-    run({"delete", gone.id.text()});
+    run({"delete", gone.id.text(), "--yes"});
     EXPECT_EQ(run({"trash", "delete", gone.id.text()}).out, "Deleted “Gone Soon” permanently.\n");
     EXPECT_EQ(run({"trash", "purge"}).out, "Removed 0 sermons trashed more than 30 days ago.\n");
     EXPECT_FALSE(inLibrary(gone.id));
