@@ -15,13 +15,13 @@ PreachPace PreachPace::fromPreferences(const platform::Preferences& preferences)
     pace.wordsPerMinute = preferences.positiveNumber(proseWordsPerMinuteKey, pace.wordsPerMinute);
     pace.scriptureFactor = preferences.positiveNumber(scriptureFactorKey, pace.scriptureFactor);
     pace.listFactor = preferences.positiveNumber(listFactorKey, pace.listFactor);
-    if (preferences.boolean(measuredFromRecordingKey, false)) {
+    // Turning the setting on is what marks the pace as measured: until the first recording the
+    // starting pace stands in, and each recording then moves it towards the preacher's own.
+    pace.measured = preferences.boolean(measuredFromRecordingKey, false);
+    if (pace.measured)
         if (std::optional<double> learned = PreachPaceLearner::learnedPace(
-                PreachPaceLearner::storedObservations(preferences), pace.scriptureFactor, pace.listFactor)) {
+                PreachPaceLearner::storedObservations(preferences), pace.scriptureFactor, pace.listFactor))
             pace.wordsPerMinute = *learned;
-            pace.measured = true;
-        }
-    }
     return pace;
 }
 

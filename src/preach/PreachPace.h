@@ -19,13 +19,14 @@ struct PreachPace {
     double wordsPerMinute = 130;
     double scriptureFactor = 0.75;
     double listFactor = 0.8;
-    /// True when `wordsPerMinute` is the preacher's own pace, learned from recorded sermons.
+    /// True when the preacher has chosen to have the pace measured from recorded sermons; until
+    /// the first recording `wordsPerMinute` is still the starting pace.
     bool measured = false;
 
     bool operator==(const PreachPace&) const = default;
 
-    /// The stored settings (each used only when greater than 0). With "measured from recording"
-    /// on and a learned pace available, the learned pace replaces the starting pace.
+    /// The stored settings (each used only when greater than 0). "Measured from recording" on marks
+    /// the pace as measured; a learned pace, once there is one, replaces the starting pace.
     static PreachPace fromPreferences(const platform::Preferences& preferences);
 
     /// As above, then a speaker's own words-a-minute override, when that speaker has one, replaces

@@ -38,31 +38,17 @@ void addSection(std::vector<PreachTimeEstimate::SectionText>& sections, std::str
 std::vector<PreachTimeEstimate::SectionText>
 PreachTimeEstimate::sectionsOf(const model::SermonNote& sermon, const ScriptureTextProvider& scriptureText) {
     std::vector<SectionText> sections;
-    std::vector<const model::SermonTopic*> topics;
-    for (const model::SermonTopic& topic : sermon.topics)
-        topics.push_back(&topic);
-    // The outline is preached in its sort order; equal orders keep their stored order.
-    std::stable_sort(topics.begin(), topics.end(), [](auto* a, auto* b) { return a->sortOrder < b->sortOrder; });
-    for (const model::SermonTopic* topic : topics) {
-        addSection(sections, topic->title.empty() ? "Topic" : topic->title, joined(topic->title, topic->details),
+    // The outline is preached in list order, the order `show` prints; `sortOrder` never reorders it.
+    for (const model::SermonTopic& topic : sermon.topics) {
+        addSection(sections, topic.title.empty() ? "Topic" : topic.title, joined(topic.title, topic.details),
                    Delivery::prose);
-        std::vector<const model::SermonSubTopic*> subTopics;
-        for (const model::SermonSubTopic& subTopic : topic->subTopics)
-            subTopics.push_back(&subTopic);
-        std::stable_sort(subTopics.begin(), subTopics.end(),
-                         [](auto* a, auto* b) { return a->sortOrder < b->sortOrder; });
-        for (const model::SermonSubTopic* subTopic : subTopics) {
-            addSection(sections, subTopic->title.empty() ? "Subtopic" : subTopic->title,
-                       joined(subTopic->title, subTopic->details), Delivery::prose);
-            std::vector<const model::SermonScripture*> scriptures;
-            for (const model::SermonScripture& scripture : subTopic->scriptures)
-                scriptures.push_back(&scripture);
-            std::stable_sort(scriptures.begin(), scriptures.end(),
-                             [](auto* a, auto* b) { return a->sortOrder < b->sortOrder; });
+        for (const model::SermonSubTopic& subTopic : topic.subTopics) {
+            addSection(sections, subTopic.title.empty() ? "Subtopic" : subTopic.title,
+                       joined(subTopic.title, subTopic.details), Delivery::prose);
             if (!scriptureText)
                 continue;
-            for (const model::SermonScripture* scripture : scriptures)
-                addSection(sections, referenceText(*scripture), scriptureText(*scripture), Delivery::scripture);
+            for (const model::SermonScripture& scripture : subTopic.scriptures)
+                addSection(sections, referenceText(scripture), scriptureText(scripture), Delivery::scripture);
         }
     }
     addSection(sections, "Notes", sermon.notes, Delivery::prose);

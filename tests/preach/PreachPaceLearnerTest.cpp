@@ -80,6 +80,15 @@ TEST(PreachPaceLearner, observationsAreKeptInPreferencesAsJson) {
 
     EXPECT_EQ(PreachPace::fromPreferences(preferences).wordsPerMinute, 130);
     preferences.set("Quillon.pace.measuredFromRecording", true);
+
+    // Switched on before anything was recorded: measured already, at the starting pace.
+    platform::Preferences fresh = platform::Preferences::inMemory();
+    fresh.set("Quillon.pace.measuredFromRecording", true);
+    PreachPace unrecorded = PreachPace::fromPreferences(fresh);
+    EXPECT_TRUE(unrecorded.measured);
+    EXPECT_EQ(unrecorded.wordsPerMinute, 130);
+    EXPECT_EQ(unrecorded.explanation(), "Preach Preview will treat its estimate as based on how you actually speak.");
+
     PreachPace measured = PreachPace::fromPreferences(preferences);
     EXPECT_TRUE(measured.measured);
     double expected = ((1000 + 100 / 0.75 + 50 / 0.8) / 8 + 150) / 2;

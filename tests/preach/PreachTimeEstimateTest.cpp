@@ -71,7 +71,7 @@ TEST(PreachTimeEstimate, countsWordsAtWordBoundaries) {
         EXPECT_EQ(countSpokenWords(test.text), test.words) << test.text;
 }
 
-TEST(PreachTimeEstimate, sectionsFollowTheOutlineInOrderThenTheManuscript) {
+TEST(PreachTimeEstimate, sectionsFollowTheListOrderThatShowPrintsThenTheManuscript) {
     model::SermonNote sermon;
     model::SermonTopic second;
     second.title = "Second point";
@@ -98,14 +98,15 @@ TEST(PreachTimeEstimate, sectionsFollowTheOutlineInOrderThenTheManuscript) {
         return scripture.bookName == "John" ? std::string("For God so loved the world") : std::string();
     };
     std::vector<PreachTimeEstimate::SectionText> sections = PreachTimeEstimate::sectionsOf(sermon, scriptureText);
+    // Stored first, so preached first, although its sortOrder says otherwise.
     std::vector<PreachTimeEstimate::Section> expected = {
-        {"Topic", 3, Delivery::prose},        {"Sub", 3, Delivery::prose},   {"John 3:16-17", 6, Delivery::scripture},
-        {"Second point", 2, Delivery::prose}, {"Notes", 3, Delivery::prose},
+        {"Second point", 2, Delivery::prose},     {"Topic", 3, Delivery::prose}, {"Sub", 3, Delivery::prose},
+        {"John 3:16-17", 6, Delivery::scripture}, {"Notes", 3, Delivery::prose},
     };
     ASSERT_EQ(sections.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i)
         EXPECT_EQ(sections[i].section, expected[i]) << i;
-    EXPECT_EQ(sections[1].text, "Sub\ntwo more");
+    EXPECT_EQ(sections[2].text, "Sub\ntwo more");
 
     // Without Bible text the passages count nothing rather than guessing.
     EXPECT_EQ(PreachTimeEstimate::sectionsOf(sermon).size(), 4u);
