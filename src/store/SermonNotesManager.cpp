@@ -304,8 +304,16 @@ void SermonNotesManager::seedSampleSermons() {
         return;
     }
     const std::vector<SermonNote> samples = buildSampleSermons(model::toDateTime(m_clock.now()));
-    std::vector<std::string> seeded = m_preferences.stringList(sampleSermonsSeededKey);
-    bool changed = false;
+    std::optional<std::vector<std::string>> recorded = m_storage.seededSampleIds();
+    bool changed = !recorded;
+    std::vector<std::string> seeded = recorded.value_or(std::vector<std::string>{});
+    if (!recorded && m_preferences.value(sampleSermonsSeededKey)) {
+        // The list older versions kept for all libraries belongs to the one that already holds
+        // sermons; an empty library is a new one and gets its samples.
+        if (!m_sermons.empty())
+            seeded = m_preferences.stringList(sampleSermonsSeededKey);
+        m_preferences.remove(sampleSermonsSeededKey);
+    }
     for (const SermonNote& sample : samples) {
         const std::string id = sample.id.text();
         if (std::find(seeded.begin(), seeded.end(), id) != seeded.end())
@@ -318,7 +326,7 @@ void SermonNotesManager::seedSampleSermons() {
         changed = true;
     }
     if (changed)
-        m_preferences.set(sampleSermonsSeededKey, seeded);
+        m_storage.saveSeededSampleIds(seeded);
     if (!samples.empty() && (!m_currentSermonId || !sermon(*m_currentSermonId)) && sermon(samples.front().id))
         setCurrentSermonId(samples.front().id);
     m_lastSyncStatus = "Loaded sample sermons";
@@ -333,7 +341,7 @@ void SermonNotesManager::hideSampleSermons() {
 
 void SermonNotesManager::showSampleSermons() {
     m_preferences.set(sampleSermonsHiddenKey, false);
-    m_preferences.remove(sampleSermonsSeededKey);
+    m_storage.saveSeededSampleIds({});
     for (const SermonNote& sample : buildSampleSermons(model::toDateTime(m_clock.now())))
         setHidden(sample.id, false);
     seedSampleSermons();

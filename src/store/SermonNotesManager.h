@@ -32,7 +32,8 @@ public:
     static constexpr const char* hiddenSermonsKey = "Quillon.hiddenSermonIds";
     static constexpr const char* pinnedSermonsKey = "Quillon.pinnedSermonIds";
     static constexpr const char* sampleSermonsHiddenKey = "Quillon.sampleSermonsHidden";
-    /// The samples already put into this library once, so a sample the user deleted stays deleted.
+    /// Where earlier versions kept the seeded samples, once for every library; carried over into
+    /// the library that was in use, then removed.
     static constexpr const char* sampleSermonsSeededKey = "Quillon.sampleSermonsSeeded";
     static constexpr const char* undoCoalesceIntervalKey = "Quillon.timing.undoCoalesceInterval";
     static constexpr double defaultUndoCoalesceInterval = 0.9;
@@ -81,9 +82,9 @@ public:
     /// mark; its file is the caller's business (the trash moves it). False when there was none.
     bool remove(const model::Uuid& id);
 
-    /// Called at start after load(): puts each shipped sample sermon into the library the first
-    /// time, unless the user has hidden the samples; makes the first sample current when no
-    /// sermon is.
+    /// Called at start after load(): puts each shipped sample sermon into this library the first
+    /// time (the library records what it was given, so a sample the user deleted stays deleted),
+    /// unless the user has hidden the samples; makes the first sample current when no sermon is.
     void seedSampleSermons();
     /// Remembers that the samples are hidden and hides them from the list.
     void hideSampleSermons();

@@ -5,6 +5,7 @@
 #include "platform/ParallelFor.h"
 #include "platform/Paths.h"
 
+#include <nlohmann/json.hpp>
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
@@ -88,6 +89,39 @@ fs::path SermonStorage::mediaFolder() const {
 
 fs::path SermonStorage::sermonFile(const model::Uuid& id) const {
     return sermonsFolder() / (id.text() + ".json");
+}
+
+fs::path SermonStorage::seededSamplesFile() const {
+    return root() / "Seeded Samples.json";
+}
+
+std::optional<std::vector<std::string>> SermonStorage::seededSampleIds() const {
+    const fs::path file = seededSamplesFile();
+    std::error_code error;
+    if (!fs::exists(file, error))
+        return std::nullopt;
+    try {
+        nlohmann::json json = nlohmann::json::parse(platform::readFile(file));
+        std::vector<std::string> ids;
+        for (const nlohmann::json& id : json.at("seeded"))
+            if (id.is_string())
+                ids.push_back(id.get<std::string>());
+        return ids;
+    } catch (const std::exception& failure) {
+        spdlog::error("Failed to read the seeded samples of this library: {}", failure.what());
+        return std::nullopt;
+    }
+}
+
+bool SermonStorage::saveSeededSampleIds(const std::vector<std::string>& ids) const {
+    try {
+        platform::createFolderQuietly(root());
+        m_writer(seededSamplesFile(), nlohmann::ordered_json{{"seeded", ids}}.dump(2) + "\n");
+        return true;
+    } catch (const std::exception& failure) {
+        spdlog::error("Failed to record the seeded samples of this library: {}", failure.what());
+        return false;
+    }
 }
 
 bool SermonStorage::saveSermon(const model::SermonNote& sermon) const {

@@ -57,6 +57,15 @@ public:
     std::optional<std::string> saveCoverImage(const model::Uuid& id, std::string_view jpegBytes) const;
     void removeCoverImage(const model::Uuid& id) const;
 
+    /// "Seeded Samples.json" at the root: which shipped samples this library has been given, kept
+    /// with the library so that every library (another --library, the sync folder) gets its own.
+    std::filesystem::path seededSamplesFile() const;
+    /// The sample identities recorded there; nothing when the library has no record yet (a record
+    /// that cannot be read counts as none, and is logged).
+    std::optional<std::vector<std::string>> seededSampleIds() const;
+    /// Records the identities; false when the write failed (logged at level error).
+    bool saveSeededSampleIds(const std::vector<std::string>& ids) const;
+
     void setWriter(SermonFileWriter writer) { m_writer = std::move(writer); }
     const SermonFileWriter& writer() const { return m_writer; }
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <set>
 #include <sstream>
 
@@ -163,6 +164,58 @@ TEST(SampleSermons, seedingAddsEachSampleOnceAndHonoursTheHiddenFlag) {
     hidden->showSampleSermons();
     EXPECT_EQ(hidden->sermons().size(), definitions.size());
     EXPECT_TRUE(hidden->hiddenSermonIds().empty());
+}
+
+TEST(SampleSermons, everyLibraryKeepsItsOwnRecordOfTheSamplesItWasGiven) {
+    using quillon::store::SermonNotesManager;
+    using quillon::store::SermonStorage;
+    quillon::testing::TemporaryFolder root;
+    quillon::testing::FakeClock clock;
+    quillon::platform::Preferences preferences = quillon::platform::Preferences::inMemory();
+    const auto& definitions = quillon::store::sampleSermonDefinitions();
+    auto start = [&](SermonStorage& storage) {
+        auto manager = std::make_unique<SermonNotesManager>(storage, preferences, clock);
+        manager->load();
+        manager->seedSampleSermons();
+        return manager;
+    };
+
+    auto firstStorage = SermonStorage::atRoot(root / "first");
+    auto first = start(firstStorage);
+    const auto removed = *quillon::model::Uuid::parse(definitions.back().id);
+    first->remove(removed);
+    std::filesystem::remove(firstStorage.sermonFile(removed));
+
+    // Another library with the same preferences (another --library, or the sync folder after the
+    // local one) gets every sample, and the sample deleted in the first stays deleted there.
+    auto secondStorage = SermonStorage::atRoot(root / "second");
+    EXPECT_EQ(start(secondStorage)->sermons().size(), definitions.size());
+    EXPECT_EQ(start(firstStorage)->sermons().size(), definitions.size() - 1);
+    EXPECT_TRUE(std::filesystem::exists(root / "second" / "Seeded Samples.json"));
+    EXPECT_FALSE(preferences.value(SermonNotesManager::sampleSermonsSeededKey));
+
+    // The list earlier versions kept in the preferences belongs to the library that holds
+    // sermons; a new, empty library still gets its samples, and the old key is retired.
+    auto earlier = SermonStorage::atRoot(root / "earlier");
+    quillon::model::SermonNote own;
+    own.id = quillon::model::Uuid::random();
+    own.title = "My own";
+    earlier.saveSermon(own);
+    nlohmann::json legacy = nlohmann::json::array();
+    for (const auto& definition : definitions)
+        legacy.push_back(definition.id);
+    preferences.set(SermonNotesManager::sampleSermonsSeededKey, legacy);
+    EXPECT_EQ(start(earlier)->sermons().size(), 1u);
+    EXPECT_FALSE(preferences.value(SermonNotesManager::sampleSermonsSeededKey));
+    preferences.set(SermonNotesManager::sampleSermonsSeededKey, legacy);
+    auto fresh = SermonStorage::atRoot(root / "fresh");
+    EXPECT_EQ(start(fresh)->sermons().size(), definitions.size());
+
+    // A record that cannot be read is no reason to lose the library's samples.
+    std::filesystem::create_directories(root / "broken");
+    std::ofstream(root / "broken" / "Seeded Samples.json") << "{ not json";
+    auto broken = SermonStorage::atRoot(root / "broken");
+    EXPECT_EQ(start(broken)->sermons().size(), definitions.size());
 }
 
 } // namespace
