@@ -61,7 +61,11 @@ std::vector<scripture::BibleSearchResult> matchingVerses(const std::string& ques
     return anyWord.empty() ? results : loader.search(anyWord, {}, verseSourceLimit);
 }
 
-std::vector<intelligence::LibrarySource> sourcesFor(const std::string& question, Library& library) {
+std::vector<intelligence::LibrarySource> sourcesFor(const std::string& typed, Library& library) {
+    // Searched for what the question is about: "taught" in "What have I taught about rest?" would
+    // otherwise match sermons and verses that merely use the word.
+    const std::string subject = intelligence::AskYourLibrary::subjectOf(typed);
+    const std::string& question = subject.empty() ? typed : subject;
     std::vector<intelligence::LibrarySource> sources;
     search::SermonSearchIndex index(intelligence::LocalModelEmbedding::forSearch(library.preferences()));
     index.refresh(library.manager().sermons());

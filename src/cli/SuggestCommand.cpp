@@ -31,28 +31,48 @@ struct Suggestion {
     std::string generatedCaption;
     std::string fallbackCaption;
     std::vector<std::string> lines;
+    /// Set when the sermon gave nothing to work from: shown alone, and no request was made.
+    std::string emptyState;
 };
 
+/// The sentence alone, with no caption: nothing was generated and nothing fell back.
+Suggestion nothingToWorkFrom(std::string text) {
+    return {orvane::IntelligencePath::fallback(), false, "", "", {}, std::move(text)};
+}
+
+/// Runs `feature` unless its input gives nothing to work from. A model that answered with nothing
+/// (NONE) gets `noneAnswer` as its line, so the caption never stands alone.
 template <typename Feature, typename Input, typename Lines>
 Suggestion suggest(const Feature& feature, const Input& input, const orvane::ModelRouter& router,
-                   std::string generatedCaption, std::string fallbackCaption, Lines lines) {
+                   std::string generatedCaption, std::string fallbackCaption, Lines lines,
+                   std::string noneAnswer = {}) {
+    if (std::string empty = feature.emptyState(input); !empty.empty())
+        return nothingToWorkFrom(std::move(empty));
     auto outcome = orvane::run(feature, input, router);
+    std::vector<std::string> shown = lines(outcome.value);
+    if (shown.empty() && outcome.path.isGenerated() && !noneAnswer.empty())
+        shown.push_back(std::move(noneAnswer));
     return {outcome.path, outcome.needsGeneratedLabel, std::move(generatedCaption), std::move(fallbackCaption),
-            lines(outcome.value)};
+            std::move(shown)};
 }
 
 std::vector<std::string> questionLines(const std::vector<intelligence::SectionQuestion>& questions) {
     std::vector<std::string> lines;
     for (const auto& question : questions)
-        lines.push_back(question.heading + ": " + question.question);
+        lines.push_back(question.heading.empty() ? question.question : question.heading + ": " + question.question);
     return lines;
+}
+
+/// The topic `show` numbers `section`: one numbering for every command that takes --section.
+const model::SermonTopic& topicNumbered(const model::SermonNote& sermon, int section) {
+    if (section < 1 || static_cast<std::size_t>(section) > sermon.topics.size())
+        throw UserError(fmt::format("This sermon has no section {}.", section));
+    return sermon.topics[static_cast<std::size_t>(section - 1)];
 }
 
 /// The verses of the first passage attached under the chosen section, for outlining.
 intelligence::OutlinePassage outlinePassage(const model::SermonNote& sermon, int section) {
-    if (section < 1 || static_cast<std::size_t>(section) > sermon.topics.size())
-        throw UserError(fmt::format("This sermon has no section {}.", section));
-    for (const model::SermonSubTopic& subTopic : sermon.topics[static_cast<std::size_t>(section - 1)].subTopics)
+    for (const model::SermonSubTopic& subTopic : topicNumbered(sermon, section).subTopics)
         for (const model::SermonScripture& scripture : subTopic.scriptures) {
             std::optional<scripture::ScriptureReference> reference = intelligence::featureText::referenceOf(scripture);
             if (!reference)
@@ -69,44 +89,50 @@ intelligence::OutlinePassage outlinePassage(const model::SermonNote& sermon, int
 }
 
 std::string sectionText(const model::SermonNote& sermon, int section) {
-    std::vector<intelligence::SermonSection> sections = intelligence::sermonSections(sermon);
-    if (section < 1 || static_cast<std::size_t>(section) > sections.size())
-        throw UserError(fmt::format("This sermon has no section {}.", section));
-    return sections[static_cast<std::size_t>(section - 1)].body();
+    return intelligence::topicSection(topicNumbered(sermon, section), static_cast<std::size_t>(section - 1)).body();
+}
+
+/// "Jude — Title: reason", without a dangling colon when the model gave no reason.
+std::string seriesLine(const intelligence::SeriesIdea& idea) {
+    return idea.book + " — " + idea.title + (idea.reason.empty() ? "" : ": " + idea.reason);
 }
 
 Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermon, Library& library,
                          const std::string& roomName, int section, const orvane::ModelRouter& router) {
     using namespace intelligence;
-    if (kind == "questions")
-        return suggest(GenerateDiscussionQuestions(), sermon, router, GenerateDiscussionQuestions::generatedCaption,
-                       GenerateDiscussionQuestions::fallbackCaption, questionLines);
-    if (kind == "listener")
-        return suggest(ListenerQuestions(), sermon, router, ListenerQuestions::generatedCaption,
-                       ListenerQuestions::fallbackCaption, questionLines);
-    if (kind == "outline")
-        return suggest(AlternativeOutlines(), outlinePassage(sermon, section), router, "", "",
-                       [](const AlternativeOutline& outline) {
-                           std::vector<std::string> lines{outline.name};
-                           for (std::size_t i = 0; i < outline.points.size(); ++i)
-                               lines.push_back(fmt::format("{}. {}", i + 1, outline.points[i]));
-                           return lines;
-                       });
+    if (kind == "questions") {
+        GenerateDiscussionQuestions feature;
+        return suggest(feature, sermon, router, GenerateDiscussionQuestions::generatedCaption,
+                       GenerateDiscussionQuestions::fallbackCaption, questionLines, feature.noneAnswer());
+    }
+    if (kind == "listener") {
+        ListenerQuestions feature;
+        return suggest(feature, sermon, router, ListenerQuestions::generatedCaption, ListenerQuestions::fallbackCaption,
+                       questionLines, feature.noneAnswer());
+    }
+    if (kind == "outline") {
+        OutlinePassage passage = outlinePassage(sermon, section);
+        // Each point is numbered once, by the verse it outlines.
+        return suggest(AlternativeOutlines(), passage, router, "", "", [&passage](const AlternativeOutline& outline) {
+            std::vector<std::string> lines{outline.name};
+            for (std::size_t i = 0; i < outline.points.size() && i < passage.verses.size(); ++i)
+                lines.push_back(fmt::format("{}. {}", passage.verses[i].first, outline.points[i]));
+            return lines;
+        });
+    }
     if (kind == "article")
         return suggest(SermonArticleGenerator(), sermon, router, SermonArticleGenerator::generatedCaption,
                        SermonArticleGenerator::fallbackCaption,
                        [](const std::string& article) { return std::vector<std::string>{article}; });
     if (kind == "series") {
         std::vector<std::string> books = SeriesIdeaSuggester::booksNeverPreached(library.manager().sermons());
-        if (books.empty())
-            return {orvane::IntelligencePath::fallback(), false, "", SeriesIdeaSuggester::nothingToPlan, {}};
         return suggest(SeriesIdeaSuggester(), books, router, SeriesIdeaSuggester::generatedCaption,
                        SeriesIdeaSuggester::fallbackCaption, [&books](const std::vector<SeriesIdea>& ideas) {
                            // The proposals come first; the whole never-preached list always follows, as both
                            // captions promise.
                            std::vector<std::string> lines;
                            for (const SeriesIdea& idea : ideas)
-                               lines.push_back(idea.book + " — " + idea.title + ": " + idea.reason);
+                               lines.push_back(seriesLine(idea));
                            lines.insert(lines.end(), books.begin(), books.end());
                            return lines;
                        });
@@ -123,9 +149,12 @@ Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermo
                            return lines;
                        });
     if (kind == "titles" || kind == "media") {
+        if (std::string empty = SermonTitleAndSummary::emptyState(sermon); !empty.empty())
+            return nothingToWorkFrom(std::move(empty));
         auto outcome = orvane::run(SermonTitleAndSummary(), sermon, router);
         std::vector<std::string> lines = outcome.value.titles;
-        lines.push_back(outcome.value.summary);
+        if (!outcome.value.summary.empty())
+            lines.push_back(outcome.value.summary);
         if (kind == "media") {
             SermonMediaPackage package = SermonMediaPackage::assemble(
                 sermon, outcome.value, outcome.path.isGenerated(),
@@ -146,7 +175,10 @@ Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermo
         if (!room)
             throw UserError("There is no room called “" + roomName +
                             "”: choose liveStream, largeSanctuary, youthAndFamily or smallGroup.");
-        auto outcome = orvane::run(RewriteForTheRoom(), RewriteRequest{sectionText(sermon, section), *room}, router);
+        RewriteRequest request{sectionText(sermon, section), *room};
+        if (std::string empty = RewriteForTheRoom::emptyState(request); !empty.empty())
+            return nothingToWorkFrom(std::move(empty));
+        auto outcome = orvane::run(RewriteForTheRoom(), request, router);
         return {outcome.path,
                 outcome.needsGeneratedLabel,
                 RewriteForTheRoom::caption(*room, outcome.value.readingGrade),
@@ -180,7 +212,13 @@ int SuggestCommand::run(CommandContext& context, Library& library) {
                                        {"lines", suggestion.lines}};
         if (suggestion.path.reason())
             json["reason"] = suggestion.path.reason()->message();
+        if (!suggestion.emptyState.empty())
+            json["empty"] = suggestion.emptyState;
         context.out << json.dump(2) << "\n";
+        return 0;
+    }
+    if (!suggestion.emptyState.empty()) {
+        context.out << suggestion.emptyState << "\n";
         return 0;
     }
     writeOutcomeHeader(context.out, suggestion.path, suggestion.needsGeneratedLabel, suggestion.generatedCaption,

@@ -1,6 +1,7 @@
 #include "intelligence/AlternativeOutlines.h"
 
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/NumberedChoice.h"
 
 #include <cctype>
@@ -12,8 +13,8 @@ namespace {
 std::vector<scripture::ScriptureReference> offeredReferences(const OutlinePassage& passage) {
     std::vector<scripture::ScriptureReference> references;
     for (const auto& [verse, text] : passage.verses)
-        for (auto& reference : featureText::referencesIn(passage.book + " " + std::to_string(passage.chapter) + ":" +
-                                                         std::to_string(verse)))
+        for (auto& reference : ReferenceRecogniser::referencesIn(passage.book + " " + std::to_string(passage.chapter) +
+                                                                 ":" + std::to_string(verse)))
             references.push_back(std::move(reference));
     return references;
 }
@@ -26,6 +27,10 @@ std::string AlternativeOutlines::identifier() const {
 
 orvane::IntelligencePolicy AlternativeOutlines::policy() const {
     return orvane::intelligenceFeatureEntry("AlternativeOutlines")->policy;
+}
+
+std::string AlternativeOutlines::emptyState(const OutlinePassage& passage) {
+    return passage.verses.empty() ? noVerses : "";
 }
 
 std::string AlternativeOutlines::prompt(const OutlinePassage& passage) {
@@ -48,7 +53,7 @@ AlternativeOutline AlternativeOutlines::outlineFrom(const std::string& reply, co
     outline.name = featureText::trimmed(first.substr(5));
     std::vector<scripture::ScriptureReference> allowed = offeredReferences(passage);
     if (outline.name.empty() || featureText::characterCount(outline.name) > 80 ||
-        !featureText::namesOnly(outline.name, allowed))
+        !ReferenceRecogniser::namesOnly(outline.name, allowed))
         throw orvane::IntelligenceError::malformedResponse("The outline name was unusable.");
 
     int count = static_cast<int>(passage.verses.size());
@@ -58,7 +63,7 @@ AlternativeOutline AlternativeOutlines::outlineFrom(const std::string& reply, co
         rest += lines[i] + "\n";
     for (const auto& choice : orvane::NumberedChoice::parse(rest, count, false)) {
         if (choice.index < 0 || choice.index >= count || choice.note.empty() ||
-            !featureText::namesOnly(choice.note, allowed))
+            !ReferenceRecogniser::namesOnly(choice.note, allowed))
             continue;
         outline.points[static_cast<std::size_t>(choice.index)] = choice.note;
     }
@@ -70,15 +75,15 @@ AlternativeOutline AlternativeOutlines::outlineFrom(const std::string& reply, co
 
 AlternativeOutline AlternativeOutlines::fallback(const OutlinePassage& passage) const {
     AlternativeOutline outline{"Verse by verse", {}};
-    for (const auto& [verse, text] : passage.verses)
-        outline.points.push_back(std::to_string(verse) + ". " + featureText::shortened(text, 48));
+    for (const auto& verse : passage.verses)
+        outline.points.push_back(featureText::shortened(verse.second, 48)); // numbered by whoever shows it
     return outline;
 }
 
 AlternativeOutline AlternativeOutlines::generate(const OutlinePassage& passage,
                                                  orvane::IntelligenceBackendProviding& backend) const {
     if (passage.verses.empty())
-        return fallback(passage);
+        throw orvane::IntelligenceError::malformedResponse(noVerses);
     return outlineFrom(backend.respond({instructions, prompt(passage), {}}).text, passage);
 }
 

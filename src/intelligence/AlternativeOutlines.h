@@ -35,13 +35,17 @@ public:
         "that section's own content — never introduce a name, place, or scripture reference that was not given to "
         "you, and never write out verse text yourself.";
 
+    static constexpr const char* noVerses = "This passage has no verse text to outline.";
+
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
-    /// "Verse by verse", each point the opening words of its verse.
+    /// "Verse by verse", each point the opening words of its verse (unnumbered, as generated points are).
     AlternativeOutline fallback(const OutlinePassage& passage) const override;
     AlternativeOutline generate(const OutlinePassage& passage,
                                 orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// The sentence shown instead of asking a model when there is nothing to work from; empty when there is.
+    static std::string emptyState(const OutlinePassage& passage);
     static std::string prompt(const OutlinePassage& passage);
     static AlternativeOutline outlineFrom(const std::string& reply, const OutlinePassage& passage);
 };

@@ -78,6 +78,10 @@ public:
     std::vector<LibraryAnswerPoint> generate(const Input& input,
                                              orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// What a question asks about, for searching: "What have I taught about rest?" is about "rest".
+    /// Question words, the asker, the verbs of asking and teaching ("taught", "preached", "said")
+    /// and stop words are not the subject; a reference is kept whole. Empty when nothing is left.
+    static std::string subjectOf(const std::string& question);
     static std::string prompt(const Input& input);
     /// Keeps each point whose number was offered, whose note is not empty and whose named references
     /// its source supports; "NONE" gives no points.

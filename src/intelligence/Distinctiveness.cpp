@@ -1,6 +1,9 @@
 #include "intelligence/Distinctiveness.h"
 
 #include "orvane/LexicalTokenizer.h"
+#include "orvane/ScriptureStemmer.h"
+#include "orvane/SentenceTokenizer.h"
+#include "orvane/StopWords.h"
 
 #include <algorithm>
 #include <cmath>
@@ -38,24 +41,85 @@ std::vector<std::size_t> sentences(const std::vector<std::string>& texts, std::s
     return chosen;
 }
 
-std::vector<std::string> repeatedWords(const std::string& text, std::size_t count) {
-    std::map<std::string, std::pair<int, std::size_t>> seen; // word → (count, first position)
-    std::size_t position = 0;
+namespace {
+
+/// Words a preacher could tag any sermon with, so they tell one sermon from another not at all.
+bool fitsAnySermon(const std::string& word) {
+    static const std::set<std::string> words = {
+        "able",   "again",  "always", "another", "answer", "anyone", "around",   "best",       "better", "call",
+        "called", "church", "day",    "days",    "enough", "every",  "everyone", "everything", "first",  "good",
+        "great",  "hear",   "heard",  "idea",    "keep",   "kind",   "last",     "life",       "little", "live",
+        "lives",  "long",   "look",   "maybe",   "mean",   "means",  "next",     "often",      "part",   "people",
+        "person", "place",  "point",  "points",  "read",   "real",   "really",   "right",      "same",   "someone",
+        "start",  "story",  "sure",   "talk",    "today",  "true",   "turn",     "week",       "whole",  "word",
+        "words",  "world",  "year",   "years",
+    };
+    return words.contains(word);
+}
+
+struct Theme {
+    int weight = 0;
+    std::set<std::size_t> sentences;
+    std::size_t firstUse = 0;
+    /// Surface forms and their weights.
+    std::map<std::string, int> forms;
+};
+
+void countWords(std::map<std::string, Theme>& themes, const std::string& text, int weight, std::size_t& position,
+                std::size_t sentence) {
     for (const std::string& word : orvane::LexicalTokenizer::tokens(text, 4, true)) {
-        if (std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; }))
+        if (std::all_of(word.begin(), word.end(), [](char c) { return c >= '0' && c <= '9'; }) ||
+            !orvane::StopWords::isMeaningful(word, 4) || fitsAnySermon(word))
             continue;
-        auto [entry, inserted] = seen.try_emplace(word, 0, position++);
-        ++entry->second.first;
+        // "forgiveness" belongs with "forgive", which the stemmer leaves apart.
+        std::string_view root = word;
+        if (root.size() >= 8 && root.ends_with("ness"))
+            root.remove_suffix(4);
+        std::string stem = orvane::ScriptureStemmer::stem(root);
+        if (fitsAnySermon(stem))
+            continue;
+        auto [entry, inserted] = themes.try_emplace(stem);
+        if (inserted)
+            entry->second.firstUse = position;
+        ++position;
+        entry->second.weight += weight;
+        entry->second.sentences.insert(sentence);
+        entry->second.forms[word] += weight; // the form a heading uses is the one to show
     }
-    std::vector<std::pair<std::string, std::pair<int, std::size_t>>> ranked(seen.begin(), seen.end());
-    std::sort(ranked.begin(), ranked.end(), [](const auto& a, const auto& b) {
-        return a.second.first != b.second.first ? a.second.first > b.second.first : a.second.second < b.second.second;
+}
+
+} // namespace
+
+std::vector<std::string> themeWords(const std::vector<std::string>& headings, const std::string& body,
+                                    std::size_t count) {
+    std::map<std::string, Theme> themes;
+    std::size_t position = 0;
+    std::size_t sentence = 0;
+    for (const std::string& heading : headings)
+        countWords(themes, heading, 3, position, sentence++);
+    for (const std::string& text : orvane::SentenceTokenizer::sentences(body))
+        countWords(themes, text, 1, position, sentence++);
+
+    std::vector<const Theme*> ranked;
+    for (const auto& [stem, theme] : themes)
+        if (theme.weight >= 2)
+            ranked.push_back(&theme);
+    std::sort(ranked.begin(), ranked.end(), [](const Theme* a, const Theme* b) {
+        if (a->weight != b->weight)
+            return a->weight > b->weight;
+        if (a->sentences.size() != b->sentences.size())
+            return a->sentences.size() > b->sentences.size();
+        return a->firstUse < b->firstUse;
     });
     std::vector<std::string> words;
-    for (const auto& [word, figures] : ranked) {
-        if (figures.first < 2 || words.size() >= count)
+    for (const Theme* theme : ranked) {
+        if (words.size() >= count)
             break;
-        words.push_back(word);
+        // The form used most ("forgiveness" over "forgive"), the shorter on a tie.
+        auto best = std::max_element(theme->forms.begin(), theme->forms.end(), [](const auto& a, const auto& b) {
+            return a.second != b.second ? a.second < b.second : a.first.size() > b.first.size();
+        });
+        words.push_back(best->first);
     }
     return words;
 }

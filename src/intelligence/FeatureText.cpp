@@ -51,6 +51,21 @@ std::string folded(std::string_view text) {
     return result;
 }
 
+std::string comparable(std::string_view text) {
+    icu::UnicodeString unicode =
+        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+    for (int32_t i = 0; i < unicode.length(); ++i) {
+        char16_t c = unicode.charAt(i);
+        if (c == u'\u2018' || c == u'\u2019' || c == u'\u02BC' || c == u'\u2032')
+            unicode.setCharAt(i, u'\'');
+        else if (c == u'\u00A0' || c == u'\u202F' || (c >= u'\u2000' && c <= u'\u200A'))
+            unicode.setCharAt(i, u' ');
+    }
+    std::string result;
+    unicode.foldCase().toUTF8String(result);
+    return result;
+}
+
 namespace {
 
 /// Boundaries of user-perceived characters in `text`.
@@ -99,128 +114,6 @@ std::string shortened(std::string_view text, std::size_t limit) {
     return trimmed(result) + "…";
 }
 
-namespace {
-
-bool isLetter(char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-/// The words (letter runs) just before `end`, nearest last, at most `count`, each separated by
-/// blanks only; a trailing full stop after the last word ("Rom.") is allowed.
-std::vector<std::string_view> wordsBefore(std::string_view text, std::size_t end, std::size_t count) {
-    std::vector<std::string_view> words;
-    std::size_t at = end;
-    while (words.size() < count) {
-        std::size_t blanks = at;
-        while (blanks > 0 && (text[blanks - 1] == ' ' || text[blanks - 1] == '\t'))
-            --blanks;
-        if (blanks == at && !words.empty())
-            break;
-        if (words.empty() && blanks > 0 && text[blanks - 1] == '.')
-            --blanks;
-        std::size_t wordEnd = blanks;
-        std::size_t wordStart = wordEnd;
-        while (wordStart > 0 && isLetter(text[wordStart - 1]))
-            --wordStart;
-        if (wordStart == wordEnd) {
-            // A book number ("1 Cor") is a one-digit word of its own.
-            if (!words.empty() && wordEnd > 0 && text[wordEnd - 1] >= '1' && text[wordEnd - 1] <= '3' &&
-                (wordEnd == 1 || !isDigit(text[wordEnd - 2])) && (wordEnd == 1 || !isLetter(text[wordEnd - 2])))
-                words.push_back(text.substr(wordEnd - 1, 1));
-            break;
-        }
-        if (wordStart > 0 && isDigit(text[wordStart - 1]))
-            break;
-        words.push_back(text.substr(wordStart, wordEnd - wordStart));
-        at = wordStart;
-    }
-    return words;
-}
-
-} // namespace
-
-std::vector<scripture::ScriptureReference> referencesIn(std::string_view text) {
-    // Found by their numbers: each run of digits preceded by a word is a possible chapter, with an
-    // optional ":verse" or ":verse-verse" after it; the words before it are tried as a book name,
-    // longest first ("Song of Solomon", "of Solomon", "Solomon").
-    std::vector<scripture::ScriptureReference> found;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        if (!isDigit(text[at]) ||
-            (at > 0 && (isDigit(text[at - 1]) || isLetter(text[at - 1]) || text[at - 1] == ':'))) {
-            ++at;
-            continue;
-        }
-        std::size_t chapterEnd = at;
-        while (chapterEnd < text.size() && isDigit(text[chapterEnd]))
-            ++chapterEnd;
-        std::size_t end = chapterEnd;
-        bool hasVerse = false;
-        if (end + 1 < text.size() && text[end] == ':' && isDigit(text[end + 1])) {
-            hasVerse = true;
-            end += 1;
-            while (end < text.size() && isDigit(text[end]))
-                ++end;
-            std::size_t dash = end;
-            if (dash < text.size() && text[dash] == '-')
-                dash += 1;
-            else if (text.substr(dash, 3) == "\u2013")
-                dash += 3;
-            if (dash > end && dash < text.size() && isDigit(text[dash])) {
-                end = dash;
-                while (end < text.size() && isDigit(text[end]))
-                    ++end;
-            }
-        }
-        if (chapterEnd - at > 3 || (end < text.size() && (isLetter(text[end]) || isDigit(text[end])))) {
-            at = end;
-            continue;
-        }
-        std::vector<std::string_view> words = wordsBefore(text, at, 4);
-        std::string tail = " " + std::string(text.substr(at, end - at));
-        bool recognised = false;
-        for (std::size_t take = words.size(); take >= 1 && !recognised; --take) {
-            std::string name;
-            for (std::size_t i = take; i-- > 0;)
-                name += std::string(words[i]) + (i ? " " : "");
-            std::size_t letter = name.find_first_not_of("123 ");
-            if (letter == std::string::npos || name.size() - letter < 2)
-                continue;
-            if (!hasVerse && !std::isupper(static_cast<unsigned char>(name[letter])))
-                continue;
-            if (std::optional<scripture::ScriptureReference> reference = scripture::parse(name + tail)) {
-                found.push_back(std::move(*reference));
-                recognised = true;
-            }
-        }
-        at = end;
-    }
-    return found;
-}
-
-bool isWithin(const scripture::ScriptureReference& named, const scripture::ScriptureReference& given) {
-    if (named.book.id != given.book.id || named.chapter != given.chapter)
-        return false;
-    if (!given.verses)
-        return true;
-    if (!named.verses)
-        return false;
-    return std::all_of(named.verses->begin(), named.verses->end(), [&](int verse) {
-        return std::find(given.verses->begin(), given.verses->end(), verse) != given.verses->end();
-    });
-}
-
-bool namesOnly(std::string_view text, const std::vector<scripture::ScriptureReference>& allowed) {
-    for (const scripture::ScriptureReference& named : referencesIn(text))
-        if (std::none_of(allowed.begin(), allowed.end(),
-                         [&](const scripture::ScriptureReference& given) { return isWithin(named, given); }))
-            return false;
-    return true;
-}
-
 std::string referenceText(const model::SermonScripture& scripture) {
     std::string text =
         scripture.bookName + " " + std::to_string(scripture.chapter) + ":" + std::to_string(scripture.startVerse);
@@ -266,39 +159,45 @@ std::string SermonSection::offered() const {
 
 namespace {
 
+/// The items in list order, the order the preacher arranged and `show` prints; `sortOrder` is
+/// only a hint written alongside it and never decides what comes first.
 template <class Item>
-std::vector<const Item*> inSortOrder(const std::vector<Item>& items) {
-    std::vector<const Item*> sorted;
+std::vector<const Item*> inListOrder(const std::vector<Item>& items) {
+    std::vector<const Item*> ordered;
     for (const Item& item : items)
-        sorted.push_back(&item);
-    std::stable_sort(sorted.begin(), sorted.end(), [](auto* a, auto* b) { return a->sortOrder < b->sortOrder; });
-    return sorted;
+        ordered.push_back(&item);
+    return ordered;
 }
 
 } // namespace
 
+SermonSection topicSection(const model::SermonTopic& topic, std::size_t position) {
+    SermonSection section;
+    section.topic = position;
+    section.heading = featureText::trimmed(topic.title);
+    std::vector<std::string> paragraphs;
+    if (!featureText::trimmed(topic.details).empty())
+        paragraphs.push_back(featureText::trimmed(topic.details));
+    for (const model::SermonSubTopic* subTopic : inListOrder(topic.subTopics)) {
+        std::string title = featureText::trimmed(subTopic->title);
+        std::string details = featureText::trimmed(subTopic->details);
+        if (!title.empty() || !details.empty())
+            paragraphs.push_back(title.empty() ? details : details.empty() ? title : title + ": " + details);
+        for (const model::SermonScripture* scripture : inListOrder(subTopic->scriptures)) {
+            std::string reference = featureText::referenceText(*scripture);
+            if (std::find(section.scriptures.begin(), section.scriptures.end(), reference) == section.scriptures.end())
+                section.scriptures.push_back(reference);
+        }
+    }
+    for (std::size_t i = 0; i < paragraphs.size(); ++i)
+        section.notes += (i ? "\n" : "") + paragraphs[i];
+    return section;
+}
+
 std::vector<SermonSection> sermonSections(const model::SermonNote& sermon) {
     std::vector<SermonSection> sections;
-    for (const model::SermonTopic* topic : inSortOrder(sermon.topics)) {
-        SermonSection section;
-        section.heading = featureText::trimmed(topic->title);
-        std::vector<std::string> paragraphs;
-        if (!featureText::trimmed(topic->details).empty())
-            paragraphs.push_back(featureText::trimmed(topic->details));
-        for (const model::SermonSubTopic* subTopic : inSortOrder(topic->subTopics)) {
-            std::string title = featureText::trimmed(subTopic->title);
-            std::string details = featureText::trimmed(subTopic->details);
-            if (!title.empty() || !details.empty())
-                paragraphs.push_back(title.empty() ? details : details.empty() ? title : title + ": " + details);
-            for (const model::SermonScripture* scripture : inSortOrder(subTopic->scriptures)) {
-                std::string reference = featureText::referenceText(*scripture);
-                if (std::find(section.scriptures.begin(), section.scriptures.end(), reference) ==
-                    section.scriptures.end())
-                    section.scriptures.push_back(reference);
-            }
-        }
-        for (std::size_t i = 0; i < paragraphs.size(); ++i)
-            section.notes += (i ? "\n" : "") + paragraphs[i];
+    for (std::size_t position = 0; position < sermon.topics.size(); ++position) {
+        SermonSection section = topicSection(sermon.topics[position], position);
         if (!section.heading.empty() || !section.notes.empty())
             sections.push_back(std::move(section));
     }
@@ -307,9 +206,9 @@ std::vector<SermonSection> sermonSections(const model::SermonNote& sermon) {
 
 std::vector<scripture::ScriptureReference> sermonReferences(const model::SermonNote& sermon) {
     std::vector<scripture::ScriptureReference> references;
-    for (const model::SermonTopic* topic : inSortOrder(sermon.topics))
-        for (const model::SermonSubTopic* subTopic : inSortOrder(topic->subTopics))
-            for (const model::SermonScripture* scripture : inSortOrder(subTopic->scriptures))
+    for (const model::SermonTopic* topic : inListOrder(sermon.topics))
+        for (const model::SermonSubTopic* subTopic : inListOrder(topic->subTopics))
+            for (const model::SermonScripture* scripture : inListOrder(subTopic->scriptures))
                 if (std::optional<scripture::ScriptureReference> reference = featureText::referenceOf(*scripture))
                     if (std::find(references.begin(), references.end(), *reference) == references.end())
                         references.push_back(std::move(*reference));

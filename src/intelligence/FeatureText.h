@@ -20,20 +20,13 @@ bool isNone(std::string_view reply);
 std::vector<std::string> lines(std::string_view reply);
 /// Case-folded with ICU (locale-independent full folding), for case-insensitive comparison.
 std::string folded(std::string_view text);
+/// Folded as above, with curly and modifier apostrophes made straight and every kind of space a
+/// blank, so that "Matthew Henry’s" in a reply matches the label "Matthew Henry's".
+std::string comparable(std::string_view text);
 /// The number of user-perceived characters.
 std::size_t characterCount(std::string_view text);
 /// At most `limit` user-perceived characters, cut at a word where possible, with "…" when cut.
 std::string shortened(std::string_view text, std::size_t limit);
-
-/// The scripture references a text names ("John 3:16", "1 Cor 13:4-7", "Psalm 23"), recognised
-/// by the reference parser. A chapter without a verse counts only after a capitalised book name,
-/// so ordinary words before numbers are not taken for books.
-std::vector<scripture::ScriptureReference> referencesIn(std::string_view text);
-/// True when `named` lies within `given`: same book and chapter, and every verse named is given
-/// (a whole chapter is within only a whole chapter of the same book).
-bool isWithin(const scripture::ScriptureReference& named, const scripture::ScriptureReference& given);
-/// True when every reference `text` names lies within one of `allowed`.
-bool namesOnly(std::string_view text, const std::vector<scripture::ScriptureReference>& allowed);
 
 /// "John 3:16" or "John 3:16-18" for an attached passage.
 std::string referenceText(const model::SermonScripture& scripture);
@@ -44,6 +37,8 @@ std::optional<scripture::ScriptureReference> referenceOf(const model::SermonScri
 
 /// One part of a sermon offered to a model: a topic with its sub-points and cited scripture.
 struct SermonSection {
+    /// The topic's position in the sermon's list of topics, from 0; `show` numbers it one higher.
+    std::size_t topic = 0;
     std::string heading;
     /// The topic's details and each sub-topic's title and details, one paragraph each.
     std::string notes;
@@ -57,7 +52,9 @@ struct SermonSection {
     std::string body() const;
 };
 
-/// The sermon's topics in outline order as sections; topics with neither a title nor notes are left out.
+/// One topic as a section, at `position` in the sermon's list of topics.
+SermonSection topicSection(const model::SermonTopic& topic, std::size_t position);
+/// The sermon's topics in list order as sections; topics with neither a title nor notes are left out.
 std::vector<SermonSection> sermonSections(const model::SermonNote& sermon);
 /// Every attached reference of the sermon, in outline order, without repeats.
 std::vector<scripture::ScriptureReference> sermonReferences(const model::SermonNote& sermon);

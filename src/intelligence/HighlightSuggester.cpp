@@ -24,6 +24,10 @@ std::string HighlightSuggester::instructions() const {
            ". Never quote, rewrite, or invent a sentence yourself — choose only from what is numbered.";
 }
 
+std::string HighlightSuggester::emptyState(const model::SermonNote& sermon) {
+    return sentencesOf(sermon).empty() ? noManuscript : "";
+}
+
 std::vector<std::string> HighlightSuggester::sentencesOf(const model::SermonNote& sermon) {
     return orvane::SentenceTokenizer::sentences(sermon.notes);
 }
@@ -57,7 +61,7 @@ std::vector<Highlight> HighlightSuggester::generate(const model::SermonNote& ser
                                                     orvane::IntelligenceBackendProviding& backend) const {
     std::vector<std::string> sentences = sentencesOf(sermon);
     if (sentences.empty())
-        return {};
+        throw orvane::IntelligenceError::malformedResponse(noManuscript);
     std::string reply = backend.respond({instructions(), orvane::NumberedChoice::format(sentences), {}}).text;
     return highlightsFrom(reply, sentences);
 }

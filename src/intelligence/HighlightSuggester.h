@@ -25,6 +25,8 @@ public:
     static constexpr const char* fallbackCaption =
         "Picked by counting — the manuscript's own most distinctive sentences. No model was available.";
 
+    static constexpr const char* noManuscript = "This sermon has no manuscript to pick highlights from yet.";
+
     explicit HighlightSuggester(std::size_t limit = generationLimits::highlights) : m_limit(limit) {}
 
     std::string identifier() const override;
@@ -33,6 +35,8 @@ public:
     std::vector<Highlight> generate(const model::SermonNote& sermon,
                                     orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// The sentence shown instead of asking a model when there is nothing to work from; empty when there is.
+    static std::string emptyState(const model::SermonNote& sermon);
     std::string instructions() const;
     /// The manuscript's sentences, in order.
     static std::vector<std::string> sentencesOf(const model::SermonNote& sermon);

@@ -30,13 +30,13 @@ std::string PassageCommentary::prompt(const std::string& reference, const std::s
 
 GroundedAnswer PassageCommentary::answerFrom(const std::string& reply, const std::vector<orvane::Passage>& extracts) {
     std::string text = featureText::trimmed(reply);
-    std::string haystack = featureText::folded(text);
+    std::string haystack = featureText::comparable(text);
     GroundedAnswer answer{text, {}, true};
     for (const orvane::Passage& passage : extracts) {
         std::string label = passage.source;
         std::string work = label.substr(0, label.find(" — "));
-        if (haystack.find(featureText::folded(label)) != std::string::npos ||
-            (!work.empty() && haystack.find(featureText::folded(work)) != std::string::npos))
+        if (haystack.find(featureText::comparable(label)) != std::string::npos ||
+            (!work.empty() && haystack.find(featureText::comparable(work)) != std::string::npos))
             answer.sources.push_back(passage);
     }
     if (text.empty() || answer.sources.empty())

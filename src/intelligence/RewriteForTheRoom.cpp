@@ -1,6 +1,7 @@
 #include "intelligence/RewriteForTheRoom.h"
 
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/SentenceTokenizer.h"
 
 #include <fmt/format.h>
@@ -103,6 +104,10 @@ orvane::IntelligencePolicy RewriteForTheRoom::policy() const {
     return orvane::intelligenceFeatureEntry("RewriteForTheRoom")->policy;
 }
 
+std::string RewriteForTheRoom::emptyState(const RewriteRequest& request) {
+    return featureText::trimmed(request.text).empty() ? nothingToRewrite : "";
+}
+
 std::string RewriteForTheRoom::instructions(RoomProfile room) {
     return std::string(roomOf(room).instruction) + " " + commonInstruction;
 }
@@ -133,7 +138,7 @@ Rewrite RewriteForTheRoom::verified(const std::string& original, const std::stri
                    static_cast<double>(std::max<std::size_t>(featureText::characterCount(original), 1));
     if (ratio < 0.5 || ratio > 1.5)
         reject();
-    if (!featureText::namesOnly(text, featureText::referencesIn(original)))
+    if (!ReferenceRecogniser::namesOnly(text, ReferenceRecogniser::referencesIn(original)))
         reject();
     std::vector<std::string> originalWords = wordsOf(original);
     std::set<std::string> known;
@@ -159,8 +164,8 @@ Rewrite RewriteForTheRoom::fallback(const RewriteRequest& request) const {
 
 Rewrite RewriteForTheRoom::generate(const RewriteRequest& request,
                                     orvane::IntelligenceBackendProviding& backend) const {
-    if (featureText::trimmed(request.text).empty())
-        return fallback(request);
+    if (!emptyState(request).empty())
+        throw orvane::IntelligenceError::malformedResponse(nothingToRewrite);
     return verified(request.text, backend.respond({instructions(request.room), request.text, {}}).text);
 }
 

@@ -40,11 +40,15 @@ public:
         "verse from memory, and never introduce a scripture reference that is not already in the text you were "
         "given. Answer with the rewritten text only — no heading, no preamble, no explanation of what changed.";
 
+    static constexpr const char* nothingToRewrite = "This section has no text to rewrite yet.";
+
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
     Rewrite fallback(const RewriteRequest& request) const override;
     Rewrite generate(const RewriteRequest& request, orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// The sentence shown instead of asking a model when there is nothing to work from; empty when there is.
+    static std::string emptyState(const RewriteRequest& request);
     /// The room's sentence, a blank, then the common sentence.
     static std::string instructions(RoomProfile room);
     /// "Rewritten by a model for <label>. Reading grade <grade>".

@@ -1,6 +1,9 @@
 #include "intelligence/SectionQuestions.h"
 
+#include "intelligence/Distinctiveness.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/NumberedChoice.h"
+#include "orvane/SentenceTokenizer.h"
 #include "scripture/ReferenceParser.h"
 
 namespace quillon::intelligence {
@@ -29,7 +32,7 @@ std::vector<SectionQuestion> SectionQuestions::questionsFrom(const std::string& 
         for (const std::string& reference : section.scriptures)
             if (auto parsed = scripture::parse(reference))
                 allowed.push_back(*parsed);
-        if (!featureText::namesOnly(choice.note, allowed))
+        if (!ReferenceRecogniser::namesOnly(choice.note, allowed))
             continue;
         questions.push_back({choice.index, section.heading, choice.note});
     }
@@ -38,11 +41,16 @@ std::vector<SectionQuestion> SectionQuestions::questionsFrom(const std::string& 
     return questions;
 }
 
+std::string SectionQuestions::emptyState(const model::SermonNote& sermon) {
+    return sermonSections(sermon).empty() ? nothingToAskAbout : "";
+}
+
 std::vector<SectionQuestion> SectionQuestions::generate(const model::SermonNote& sermon,
                                                         orvane::IntelligenceBackendProviding& backend) const {
     std::vector<SermonSection> sections = sermonSections(sermon);
+    // With nothing to work from no request is made, and nothing may pass for a model's answer.
     if (sections.empty())
-        return {};
+        throw orvane::IntelligenceError::malformedResponse(nothingToAskAbout);
     return questionsFrom(backend.respond({instructions(), prompt(sections), {}}).text, sections);
 }
 
@@ -73,21 +81,66 @@ const char* GenerateDiscussionQuestions::instructions() const {
            "question, skip it. If nothing at all does, answer with the single word NONE.";
 }
 
+namespace {
+
+/// The section's own most telling sentence, if its notes have one worth quoting.
+std::optional<std::string> tellingSentence(const SermonSection& section) {
+    std::vector<std::string> sentences = orvane::SentenceTokenizer::sentences(section.notes);
+    std::vector<std::size_t> chosen = distinctiveness::sentences(sentences, 1);
+    if (chosen.empty())
+        return std::nullopt;
+    std::string sentence = sentences[chosen.front()];
+    // A sub-point's "Title: details" line quotes better without its title.
+    if (std::size_t colon = sentence.find(": "); colon != std::string::npos && colon < sentence.size() / 2)
+        sentence = sentence.substr(colon + 2);
+    if (featureText::characterCount(sentence) > 160 || sentence.ends_with('?'))
+        return std::nullopt;
+    return sentence;
+}
+
+/// A question that takes the section's theme into the group's own week. The wording changes from
+/// one section to the next so that the list reads as questions, not as a form filled in.
+std::string applicationQuestion(const std::string& theme, std::size_t position) {
+    switch (position % 4) {
+    case 0:
+        return "What would change this week if you took “" + theme + "” seriously?";
+    case 1:
+        return "Where have you seen “" + theme + "” in your own life, and where do you still find it hard?";
+    case 2:
+        return "Who do you know who needs “" + theme + "” this week, and how could you show them?";
+    default:
+        return "What gets in the way of “" + theme + "” for you, and what would help?";
+    }
+}
+
+std::string scriptureQuestion(const std::string& reference, const std::string& theme, std::size_t position) {
+    switch (position % 3) {
+    case 0:
+        return "Read " + reference + " together. What does it ask of you, and what will you do about it?";
+    case 1:
+        return "Read " + reference + " aloud. Which words stay with you, and why?";
+    default:
+        return "How does " + reference + " change the way you think about “" + theme + "”?";
+    }
+}
+
+} // namespace
+
 std::vector<SectionQuestion> GenerateDiscussionQuestions::fallback(const model::SermonNote& sermon) const {
     std::vector<SectionQuestion> questions;
     std::vector<SermonSection> sections = sermonSections(sermon);
     for (std::size_t i = 0; i < sections.size(); ++i) {
-        std::string heading = headingOrNumber(sections[i], i);
+        const SermonSection& section = sections[i];
         int index = static_cast<int>(i);
-        questions.push_back(
-            {index, sections[i].heading, "Where do you most need “" + heading + "” in your own life this week?"});
-        if (!sections[i].scriptures.empty())
-            questions.push_back({index, sections[i].heading,
-                                 "Read " + sections[i].scriptures.front() +
-                                     " together. What does it ask you to do, and what will you do about it?"});
-        else
-            questions.push_back({index, sections[i].heading,
-                                 "What is one practical step this group could take together on “" + heading + "”?"});
+        std::string theme = headingOrNumber(section, i);
+        // A heading that already asks something is the best question the section has.
+        questions.push_back({index, section.heading, theme.ends_with('?') ? theme : applicationQuestion(theme, i)});
+        if (!section.scriptures.empty())
+            questions.push_back({index, section.heading, scriptureQuestion(section.scriptures.front(), theme, i)});
+        else if (std::optional<std::string> sentence = tellingSentence(section))
+            questions.push_back(
+                {index, section.heading,
+                 "The sermon put it this way: “" + *sentence + "” Is that true for you? Why or why not?"});
     }
     return questions;
 }

@@ -21,8 +21,15 @@ struct SectionQuestion {
 /// naming only the scripture listed for its section.
 class SectionQuestions : public orvane::IntelligenceFeature<model::SermonNote, std::vector<SectionQuestion>> {
 public:
+    static constexpr const char* nothingToAskAbout = "This sermon has no topics or notes to ask questions about yet.";
+
     std::vector<SectionQuestion> generate(const model::SermonNote& sermon,
                                           orvane::IntelligenceBackendProviding& backend) const override;
+    /// The sentence shown instead of asking a model when the sermon gives nothing to work from;
+    /// empty when it does.
+    static std::string emptyState(const model::SermonNote& sermon);
+    /// Said when the model answered NONE: it read the sections and found nothing to ask.
+    virtual const char* noneAnswer() const = 0;
 
     /// The numbered sections, as offered.
     static std::string prompt(const std::vector<SermonSection>& sections);
@@ -46,11 +53,15 @@ public:
 
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
-    /// Two questions per section from its heading and the scripture cited there.
+    /// Per section, a question taking its heading into the week ahead, and one from the scripture
+    /// cited there or, without scripture, from its most telling sentence; the wording varies.
     std::vector<SectionQuestion> fallback(const model::SermonNote& sermon) const override;
     const char* instructions() const override;
     const char* emptyMessage() const override { return "Nothing was written."; }
     const char* unusableMessage() const override { return "Nothing in the answer was a usable question."; }
+    const char* noneAnswer() const override {
+        return "The model found nothing in these sections that suggests a discussion question.";
+    }
 };
 
 /// What an ordinary listener, hearing the sermon once, would want to ask afterwards.
@@ -68,6 +79,7 @@ public:
     const char* instructions() const override;
     const char* emptyMessage() const override { return "Nobody answered."; }
     const char* unusableMessage() const override { return "Nothing in the answer was a question about a section."; }
+    const char* noneAnswer() const override { return "Listening as a first-time hearer, the model had no questions."; }
 };
 
 } // namespace quillon::intelligence

@@ -1,6 +1,7 @@
 #include "intelligence/SeriesIdeaSuggester.h"
 
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/NumberedChoice.h"
 #include "scripture/BibleBook.h"
 #include "scripture/ReferenceParser.h"
@@ -21,6 +22,10 @@ std::vector<SeriesIdea> SeriesIdeaSuggester::fallback(const std::vector<std::str
     return {};
 }
 
+std::string SeriesIdeaSuggester::emptyState(const std::vector<std::string>& books) {
+    return books.empty() ? nothingToPlan : "";
+}
+
 std::vector<SeriesIdea> SeriesIdeaSuggester::ideasFrom(const std::string& reply,
                                                        const std::vector<std::string>& books) {
     std::vector<SeriesIdea> ideas;
@@ -32,7 +37,8 @@ std::vector<SeriesIdea> SeriesIdeaSuggester::ideasFrom(const std::string& reply,
         std::string title = featureText::trimmed(choice.note.substr(0, colon));
         std::string reason =
             colon == std::string::npos ? std::string() : featureText::trimmed(choice.note.substr(colon + 1));
-        if (title.empty())
+        // The planner is given book names only, so any reference it names is its own invention.
+        if (title.empty() || !ReferenceRecogniser::namesOnly(choice.note, {}))
             continue;
         ideas.push_back({books[static_cast<std::size_t>(choice.index)], title, reason});
         if (ideas.size() >= generationLimits::seriesProposals)
@@ -46,7 +52,7 @@ std::vector<SeriesIdea> SeriesIdeaSuggester::ideasFrom(const std::string& reply,
 std::vector<SeriesIdea> SeriesIdeaSuggester::generate(const std::vector<std::string>& books,
                                                       orvane::IntelligenceBackendProviding& backend) const {
     if (books.empty())
-        return {};
+        throw orvane::IntelligenceError::malformedResponse(nothingToPlan);
     return ideasFrom(backend.respond({instructions, orvane::NumberedChoice::format(books), {}}).text, books);
 }
 

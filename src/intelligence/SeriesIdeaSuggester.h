@@ -40,6 +40,8 @@ public:
     std::vector<SeriesIdea> generate(const std::vector<std::string>& books,
                                      orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// The sentence shown instead of asking a model when there is nothing to plan; empty when there is.
+    static std::string emptyState(const std::vector<std::string>& books);
     static std::vector<SeriesIdea> ideasFrom(const std::string& reply, const std::vector<std::string>& books);
     /// The books, in canonical order, that no attached scripture of `sermons` comes from.
     static std::vector<std::string> booksNeverPreached(const std::vector<model::SermonNote>& sermons);

@@ -1,6 +1,7 @@
 #include "intelligence/SermonArticleGenerator.h"
 
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/NumberedChoice.h"
 
 namespace quillon::intelligence {
@@ -39,7 +40,7 @@ std::string SermonArticleGenerator::articleFrom(const std::string& reply, const 
     std::string article = featureText::trimmed(reply);
     if (article.empty())
         throw orvane::IntelligenceError::malformedResponse("The article was empty.");
-    if (!featureText::namesOnly(article, sermonReferences(sermon)))
+    if (!ReferenceRecogniser::namesOnly(article, sermonReferences(sermon)))
         throw orvane::IntelligenceError::malformedResponse(
             "The article cited scripture that was not part of this sermon.");
     return article;
@@ -62,10 +63,14 @@ std::string SermonArticleGenerator::fallback(const model::SermonNote& sermon) co
     return article;
 }
 
+std::string SermonArticleGenerator::emptyState(const model::SermonNote& sermon) {
+    return featureText::trimmed(sermon.notes).empty() && sermonSections(sermon).empty() ? nothingToWriteFrom : "";
+}
+
 std::string SermonArticleGenerator::generate(const model::SermonNote& sermon,
                                              orvane::IntelligenceBackendProviding& backend) const {
-    if (featureText::trimmed(sermon.notes).empty() && sermonSections(sermon).empty())
-        return {};
+    if (!emptyState(sermon).empty())
+        throw orvane::IntelligenceError::malformedResponse(nothingToWriteFrom);
     return articleFrom(backend.respond({instructions(sermon), prompt(sermon), {}}).text, sermon);
 }
 

@@ -2,6 +2,10 @@
 
 #include "intelligence/Distinctiveness.h"
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
+
+#include <unicode/uchar.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <cctype>
@@ -17,7 +21,63 @@ std::string allText(const model::SermonNote& sermon) {
     return text + sermon.notes;
 }
 
+/// True for a word of a tag: letters and digits, with a hyphen or apostrophe only between them
+/// ("self-control", "God’s"), or a colon between digits ("8:28").
+bool isTagWord(std::string_view word) {
+    bool previousJoiner = true; // a word may not open with a joiner
+    UChar32 previous = 0;
+    int32_t at = 0;
+    const auto length = static_cast<int32_t>(word.size());
+    while (at < length) {
+        UChar32 c;
+        U8_NEXT(word.data(), at, length, c);
+        if (c < 0)
+            return false;
+        bool betweenDigits = c == ':' && u_isdigit(previous) && at < length && word[at] >= '0' && word[at] <= '9';
+        previous = c;
+        bool joiner = c == '-' || c == '\'' || c == 0x2019 || c == 0x2010 || c == 0x2011 || betweenDigits;
+        if (joiner) {
+            if (previousJoiner)
+                return false;
+        } else if (!u_isalnum(c) && u_charType(c) != U_NON_SPACING_MARK) {
+            return false;
+        }
+        previousJoiner = joiner;
+    }
+    return !previousJoiner;
+}
+
 } // namespace
+
+std::optional<std::string> SermonTagSuggester::tagShaped(std::string_view line) {
+    std::string text = featureText::trimmed(line);
+    // A bullet or a list number ("- ", "• ", "2. ", "3) ") is taken off; a book's own number
+    // ("2 Corinthians") is not a list number.
+    for (std::string_view bullet : {"- ", "* ", "• ", "– "})
+        if (text.starts_with(bullet)) {
+            text = featureText::trimmed(text.substr(bullet.size()));
+            break;
+        }
+    std::size_t digits = text.find_first_not_of("0123456789");
+    if (digits != std::string::npos && digits > 0 && (text[digits] == '.' || text[digits] == ')') &&
+        digits + 1 < text.size() && text[digits + 1] == ' ')
+        text = featureText::trimmed(text.substr(digits + 2));
+    if (!text.empty() && text.back() == '.')
+        text.pop_back();
+    std::vector<std::string_view> words;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        std::size_t blank = rest.find(' ');
+        std::string_view word = rest.substr(0, blank);
+        if (!isTagWord(word))
+            return std::nullopt;
+        words.push_back(word);
+        rest = blank == std::string_view::npos ? std::string_view() : rest.substr(blank + 1);
+    }
+    if (words.empty() || words.size() > 3)
+        return std::nullopt;
+    return text;
+}
 
 std::string SermonTagSuggester::identifier() const {
     return orvane::intelligenceFeatureEntry("SermonTagSuggester")->identifier;
@@ -25,6 +85,10 @@ std::string SermonTagSuggester::identifier() const {
 
 orvane::IntelligencePolicy SermonTagSuggester::policy() const {
     return orvane::intelligenceFeatureEntry("SermonTagSuggester")->policy;
+}
+
+std::string SermonTagSuggester::emptyState(const model::SermonNote& sermon) {
+    return featureText::trimmed(allText(sermon)).empty() ? nothingToTag : "";
 }
 
 std::string SermonTagSuggester::instructions() const {
@@ -45,26 +109,19 @@ std::string SermonTagSuggester::prompt(const model::SermonNote& sermon) {
     return text;
 }
 
-std::vector<std::string> SermonTagSuggester::tagsFrom(const std::string& reply) const {
+std::vector<std::string> SermonTagSuggester::tagsFrom(const std::string& reply,
+                                                      const std::vector<scripture::ScriptureReference>& allowed) const {
     std::vector<std::string> tags;
     std::vector<std::string> seen;
-    for (std::string line : featureText::lines(reply)) {
-        // Models often number or bullet their lines despite the instructions.
-        std::size_t start = line.find_first_not_of("-•*0123456789.) \t");
-        if (start == std::string::npos)
+    for (const std::string& line : featureText::lines(reply)) {
+        std::optional<std::string> tag = tagShaped(line);
+        if (!tag || !ReferenceRecogniser::namesOnly(*tag, allowed))
             continue;
-        line = featureText::trimmed(line.substr(start));
-        while (!line.empty() && std::ispunct(static_cast<unsigned char>(line.back())))
-            line.pop_back();
-        line = featureText::trimmed(line);
-        std::size_t words = line.empty() ? 0 : 1 + std::count(line.begin(), line.end(), ' ');
-        if (words == 0 || words > 3 || line.find(':') != std::string::npos)
-            continue;
-        std::string key = featureText::folded(line);
+        std::string key = featureText::folded(*tag);
         if (std::find(seen.begin(), seen.end(), key) != seen.end())
             continue;
         seen.push_back(key);
-        tags.push_back(line);
+        tags.push_back(*tag);
         if (tags.size() >= m_limit)
             break;
     }
@@ -74,14 +131,20 @@ std::vector<std::string> SermonTagSuggester::tagsFrom(const std::string& reply) 
 }
 
 std::vector<std::string> SermonTagSuggester::fallback(const model::SermonNote& sermon) const {
-    return distinctiveness::repeatedWords(allText(sermon), m_limit);
+    std::vector<std::string> headings{sermon.title};
+    std::string body = sermon.notes;
+    for (const SermonSection& section : sermonSections(sermon)) {
+        headings.push_back(section.heading);
+        body += "\n" + section.notes;
+    }
+    return distinctiveness::themeWords(headings, body, m_limit);
 }
 
 std::vector<std::string> SermonTagSuggester::generate(const model::SermonNote& sermon,
                                                       orvane::IntelligenceBackendProviding& backend) const {
-    if (featureText::trimmed(allText(sermon)).empty())
-        return {};
-    return tagsFrom(backend.respond({instructions(), prompt(sermon), {}}).text);
+    if (!emptyState(sermon).empty())
+        throw orvane::IntelligenceError::malformedResponse(nothingToTag);
+    return tagsFrom(backend.respond({instructions(), prompt(sermon), {}}).text, sermonReferences(sermon));
 }
 
 } // namespace quillon::intelligence

@@ -2,6 +2,7 @@
 
 #include "intelligence/Distinctiveness.h"
 #include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "orvane/NumberedChoice.h"
 #include "orvane/SentenceTokenizer.h"
 #include "preach/PreachTimeEstimate.h"
@@ -54,6 +55,12 @@ std::vector<std::string> SermonTitleAndSummary::distinctiveSentences(const model
     return chosen;
 }
 
+std::string SermonTitleAndSummary::emptyState(const model::SermonNote& sermon) {
+    bool nothing = featureText::trimmed(sermon.title).empty() && sermonSections(sermon).empty() &&
+                   featureText::trimmed(sermon.notes).empty();
+    return nothing ? nothingToPhrase : "";
+}
+
 std::string SermonTitleAndSummary::instructions(const model::SermonNote& sermon) {
     return "You are preparing publishing copy for a church sermon, from the preacher's own working title, topic list, "
            "and most distinctive sentences — never from anything else. Give " +
@@ -84,12 +91,12 @@ TitleAndSummary SermonTitleAndSummary::copyFrom(const std::string& reply, const 
     for (const std::string& line : featureText::lines(reply)) {
         if (auto title = afterKey(line, "TITLE")) {
             if (title->empty() || featureText::characterCount(*title) > generationLimits::titleCharacters ||
-                !featureText::namesOnly(*title, allowed) || copy.titles.size() >= generationLimits::titles)
+                !ReferenceRecogniser::namesOnly(*title, allowed) || copy.titles.size() >= generationLimits::titles)
                 continue;
             if (std::find(copy.titles.begin(), copy.titles.end(), *title) == copy.titles.end())
                 copy.titles.push_back(*title);
         } else if (auto summary = afterKey(line, "SUMMARY")) {
-            if (copy.summary.empty() && featureText::namesOnly(*summary, allowed))
+            if (copy.summary.empty() && ReferenceRecogniser::namesOnly(*summary, allowed))
                 copy.summary = featureText::shortened(*summary, generationLimits::summaryCharacters);
         }
     }
@@ -124,9 +131,8 @@ TitleAndSummary SermonTitleAndSummary::fallback(const model::SermonNote& sermon)
 
 TitleAndSummary SermonTitleAndSummary::generate(const model::SermonNote& sermon,
                                                 orvane::IntelligenceBackendProviding& backend) const {
-    if (featureText::trimmed(sermon.title).empty() && sermonSections(sermon).empty() &&
-        featureText::trimmed(sermon.notes).empty())
-        return {};
+    if (!emptyState(sermon).empty())
+        throw orvane::IntelligenceError::malformedResponse(nothingToPhrase);
     return copyFrom(backend.respond({instructions(sermon), prompt(sermon), {}}).text, sermon);
 }
 

@@ -24,6 +24,9 @@ public:
     static constexpr const char* fallbackCaption = "Assembled directly from the sermon's own working title and most "
                                                    "distinctive sentences — no model was available.";
 
+    static constexpr const char* nothingToPhrase =
+        "This sermon has no title, outline or manuscript to phrase a title from yet.";
+
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
     /// The working title (and its pairing with the first topic or the series), and the most
@@ -32,6 +35,8 @@ public:
     TitleAndSummary generate(const model::SermonNote& sermon,
                              orvane::IntelligenceBackendProviding& backend) const override;
 
+    /// The sentence shown instead of asking a model when there is nothing to work from; empty when there is.
+    static std::string emptyState(const model::SermonNote& sermon);
     static std::string instructions(const model::SermonNote& sermon);
     static std::string prompt(const model::SermonNote& sermon);
     /// "TITLE:" lines within the limits and naming only the sermon's scripture, then the

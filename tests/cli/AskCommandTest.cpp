@@ -123,5 +123,17 @@ TEST_F(AskCommandTest, aModelThatFindsNoAnswerLeavesTheSourcesUnsummarised) {
     }
 }
 
+TEST_F(AskCommandTest, theVersesOfferedAreAboutWhatWasAskedNotAboutTheAsking) {
+    add("Come away and rest", "Rest is a gift before it is a discipline. Sabbath is rest received.");
+    const auto json = nlohmann::json::parse(run({"--json", "ask", "What have I taught about rest?"}).out);
+    std::string sources;
+    for (const auto& source : json["sources"])
+        sources += source.get<std::string>() + "\n";
+    EXPECT_NE(sources.find("Sermon \"Come away and rest\""), std::string::npos) << sources;
+    EXPECT_NE(sources.find("(KJV): "), std::string::npos) << sources;
+    EXPECT_EQ(sources.find("Joab"), std::string::npos) << sources;
+    EXPECT_EQ(sources.find("taught"), std::string::npos) << sources;
+}
+
 } // namespace
 } // namespace quillon::cli

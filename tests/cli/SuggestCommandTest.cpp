@@ -173,5 +173,83 @@ TEST_F(SuggestCommandTest, aRewriteIsShownOnlyWhenItKeepsToTheSection) {
     }
 }
 
+TEST_F(SuggestCommandTest, nothingToWorkFromShowsTheEmptyStateAndAsksNothing) {
+    StubModelServer server;
+    server.setDefaultChat(Behaviour::reply("0 || Would anyone ask this?"));
+    usePreference("Quillon.intelligence.endpoint", server.endpoint());
+    const model::SermonNote titleOnly = seed("Only a title");
+    struct Empty {
+        std::string kind;
+        std::string text;
+    };
+    for (const Empty& empty : {Empty{"questions", SectionQuestions::nothingToAskAbout},
+                               Empty{"listener", SectionQuestions::nothingToAskAbout},
+                               Empty{"article", SermonArticleGenerator::nothingToWriteFrom},
+                               Empty{"highlights", HighlightSuggester::noManuscript}}) {
+        EXPECT_EQ(run({"suggest", empty.kind, titleOnly.id.text()}).out, empty.text + "\n") << empty.kind;
+        const auto json = nlohmann::json::parse(run({"--json", "suggest", empty.kind, titleOnly.id.text()}).out);
+        EXPECT_EQ(json["path"], "fallback") << empty.kind;
+        EXPECT_EQ(json["generated"], false) << empty.kind;
+        EXPECT_EQ(json["empty"], empty.text) << empty.kind;
+    }
+    EXPECT_TRUE(server.chatMessages().empty());
+}
+
+TEST_F(SuggestCommandTest, sectionNumbersAreTheOnesShowPrints) {
+    // Stored order and sortOrder disagree, and the first topic is empty: `show` still numbers
+    // every topic in stored order, and so does --section.
+    model::SermonScripture psalm;
+    psalm.bookName = "Psalms";
+    psalm.chapter = 23;
+    psalm.startVerse = 2;
+    psalm.endVerse = 3;
+    model::SermonSubTopic pastures;
+    pastures.title = "Pastures";
+    pastures.scriptures = {psalm};
+    model::SermonTopic empty;
+    empty.sortOrder = 1;
+    model::SermonTopic rest;
+    rest.title = "Rest given";
+    rest.details = "The shepherd gives rest before he asks for anything.";
+    rest.subTopics = {pastures};
+    rest.sortOrder = 0;
+    sermon.topics = {empty, rest};
+    folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+    usePreference("Quillon.intelligence.endpoint", "http://127.0.0.1:1/v1");
+
+    EXPECT_NE(run({"show", sermon.id.text()}).out.find("\n2. Rest given\n"), std::string::npos);
+    const auto rewrite = nlohmann::json::parse(
+        run({"--json", "suggest", "rewrite", sermon.id.text(), "--section", "2", "--room", "smallGroup"}).out);
+    EXPECT_EQ(rewrite["lines"][0], "Rest given\nThe shepherd gives rest before he asks for anything.\nPastures");
+    EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--section", "1"}).out,
+              std::string(RewriteForTheRoom::nothingToRewrite) + "\n");
+    EXPECT_EQ(run({"suggest", "rewrite", sermon.id.text(), "--section", "3"}).err, "This sermon has no section 3.\n");
+
+    // The outline of section 2 is numbered once, by verse.
+    const auto outline =
+        nlohmann::json::parse(run({"--json", "suggest", "outline", sermon.id.text(), "--section", "2"}).out);
+    ASSERT_EQ(outline["lines"].size(), 3u);
+    EXPECT_EQ(outline["lines"][0], "Verse by verse");
+    EXPECT_TRUE(outline["lines"][1].get<std::string>().starts_with("2. He maketh me to lie down")) << outline;
+    EXPECT_TRUE(outline["lines"][2].get<std::string>().starts_with("3. He restoreth my soul")) << outline;
+}
+
+TEST_F(SuggestCommandTest, noLineIsLeftBareOrDangling) {
+    StubModelServer server;
+    usePreference("Quillon.intelligence.endpoint", server.endpoint());
+    // A model that answers NONE said something: its caption is followed by what it said.
+    server.queueChat(Behaviour::reply("NONE"));
+    EXPECT_EQ(suggest(kinds[0]).out, "[Generated] " + std::string(GenerateDiscussionQuestions::generatedCaption) +
+                                         "\n\n" + GenerateDiscussionQuestions().noneAnswer() + "\n");
+    // Titles without a summary print no empty line.
+    server.queueChat(Behaviour::reply("TITLE: Love Goes First"));
+    const auto titles = nlohmann::json::parse(suggest({{"titles"}, "", "", ""}, true).out);
+    EXPECT_EQ(titles["lines"], nlohmann::json::array({"Love Goes First"}));
+    // A proposal without a reason ends with its title, not a colon.
+    server.queueChat(Behaviour::reply("0 || Beginnings"));
+    const auto series = nlohmann::json::parse(suggest(kinds[4], true).out);
+    EXPECT_EQ(series["lines"][0], "Genesis — Beginnings");
+}
+
 } // namespace
 } // namespace quillon::cli

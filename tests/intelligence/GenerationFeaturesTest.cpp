@@ -9,9 +9,12 @@
 #include "intelligence/SermonTitleAndSummary.h"
 #include "intelligence/SharedRouter.h"
 #include "platform/Preferences.h"
+#include "scripture/ReferenceParser.h"
 #include "support/StubModelServer.h"
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 namespace quillon::intelligence {
 namespace {
@@ -53,10 +56,12 @@ TEST(SectionQuestions, keepOnlyQuestionsAboutOfferedSectionsAndTheirScripture) {
     model::SermonNote sermon = sampleSermon();
     std::vector<SermonSection> sections = sermonSections(sermon);
     ASSERT_EQ(sections.size(), 2u);
-    EXPECT_EQ(sections[0].heading, "God is at work"); // sort order, not stored order
+    // List order, as `show` prints it, although the sortOrder fields say the opposite.
+    EXPECT_EQ(sections[0].heading, "Resting in it");
+    EXPECT_EQ(sections[1].topic, 1u);
     EXPECT_EQ(SectionQuestions::prompt(sections),
-              "0. God is at work\nEven in loss, providence is quietly busy.\nThe promise: All things work together "
-              "for good.\nScripture cited here: Romans 8:28-30\n1. Resting in it\nTrust is a practice, not a feeling.");
+              "0. Resting in it\nTrust is a practice, not a feeling.\n1. God is at work\nEven in loss, providence is "
+              "quietly busy.\nThe promise: All things work together for good.\nScripture cited here: Romans 8:28-30");
     GenerateDiscussionQuestions discussion;
     struct Case {
         const char* name;
@@ -76,11 +81,16 @@ TEST(SectionQuestions, keepOnlyQuestionsAboutOfferedSectionsAndTheirScripture) {
          nullptr},
         {"sections not offered", "5 || Why?\n-2 || Who?", {}, "Nothing in the answer was a usable question."},
         {"scripture listed for that section only",
-         "0 || What does Romans 8:28 promise?\n1 || Is Romans 8:28 true?",
+         "1 || What does Romans 8:28 promise?\n0 || Is Romans 8:28 true?",
          {"What does Romans 8:28 promise?"},
          nullptr},
         {"scripture not given at all",
          "0 || What does John 3:16 add?",
+         {},
+         "Nothing in the answer was a usable question."},
+        {"more of the chapter than was given",
+         "1 || Does Romans 8:28\u201331 say more?\n1 || And Romans 8:28, 31?\n1 || What of Romans chapter 8 verse "
+         "31?\n1 || Romans 8:28 and 8:31?",
          {},
          "Nothing in the answer was a usable question."},
         {"empty", "  ", {}, "Nothing was written."},
@@ -98,8 +108,20 @@ TEST(SectionQuestions, keepOnlyQuestionsAboutOfferedSectionsAndTheirScripture) {
         }
     }
     EXPECT_THROW(ListenerQuestions().questionsFrom("0 || no question", sections), IntelligenceError);
-    EXPECT_EQ(discussion.fallback(sermon).size(), 4u);
-    EXPECT_NE(discussion.fallback(sermon)[1].question.find("Romans 8:28-30"), std::string::npos);
+    // Without a model: per section a question about its heading, then one from its scripture or,
+    // lacking that, its own most telling sentence; no two open alike, so they do not read as a form.
+    std::vector<SectionQuestion> fallback = discussion.fallback(sermon);
+    ASSERT_EQ(fallback.size(), 4u);
+    EXPECT_NE(fallback[0].question.find("“Resting in it”"), std::string::npos);
+    EXPECT_NE(fallback[1].question.find("“Trust is a practice, not a feeling.”"), std::string::npos);
+    EXPECT_EQ(fallback[3].section, 1);
+    EXPECT_NE(fallback[3].question.find("Romans 8:28-30"), std::string::npos);
+    std::set<std::string> openings;
+    for (const SectionQuestion& question : fallback) {
+        EXPECT_TRUE(question.question.ends_with('?')) << question.question;
+        openings.insert(question.question.substr(0, question.question.find(' ', 6)));
+    }
+    EXPECT_EQ(openings.size(), fallback.size());
     EXPECT_TRUE(discussion.fallback(model::SermonNote{}).empty());
 }
 
@@ -109,11 +131,45 @@ TEST(SermonTagSuggester, readsTagLinesAndFallsBackToRepeatedWords) {
     EXPECT_EQ(tags.tagsFrom("Providence\n- grief and hope\n2. Trust.\nprovidence\nA tag that is far too long\nTags: x"),
               (std::vector<std::string>{"Providence", "grief and hope", "Trust"}));
     EXPECT_EQ(SermonTagSuggester(2).tagsFrom("a\nb\nc"), (std::vector<std::string>{"a", "b"}));
-    EXPECT_THROW(tags.tagsFrom("Here are some tags for this sermon about many things:\n\n"), IntelligenceError);
+    EXPECT_EQ(tags.tagsFrom("2 Corinthians\n1) self-control\nGod’s kindness\nÉphèse"),
+              (std::vector<std::string>{"2 Corinthians", "self-control", "God’s kindness", "Éphèse"}));
+    // Lines not shaped like tags are dropped; with nothing left the reply is rejected.
+    for (const char* unshaped :
+         {"|| Why", "\"Grace\"", "Tags:", "Grace, Hope, Love", "Romans 8", "romans 8:31", "one two three four",
+          "Here are some tags for this sermon about many things:", "-- grace", "grace -"}) {
+        try {
+            tags.tagsFrom(unshaped, {*scripture::parse("Romans 8:28-30")});
+            ADD_FAILURE() << unshaped;
+        } catch (const IntelligenceError& error) {
+            EXPECT_EQ(error.text(), "Nothing in the answer was shaped like a tag.") << unshaped;
+        }
+    }
+    EXPECT_EQ(tags.tagsFrom("Romans 8:28\nGrace", {*scripture::parse("Romans 8:28-30")}),
+              (std::vector<std::string>{"Romans 8:28", "Grace"}));
     std::vector<std::string> fallback = tags.fallback(sampleSermon());
     ASSERT_FALSE(fallback.empty());
     EXPECT_LE(fallback.size(), 5u);
-    EXPECT_EQ(fallback[0], "grace");
+    EXPECT_NE(std::find(fallback.begin(), fallback.begin() + 2, "grace"), fallback.begin() + 2);
+
+    // Filler never becomes a tag, however often it is said; forms of one word count together and
+    // the headings say most about what a sermon is about.
+    model::SermonNote filler;
+    filler.title = "Forgiven to forgive";
+    model::SermonTopic topic;
+    topic.title = "Forgiveness costs";
+    filler.topics = {topic};
+    filler.notes = "Good things will come. Good things will happen, good people will see things. Forgiving is "
+                   "hard. We forgive because we were forgiven. Good things, good things. Mercy triumphs. Mercy wins.";
+    std::vector<std::string> themes = tags.fallback(filler);
+    ASSERT_GE(themes.size(), 2u);
+    EXPECT_EQ(themes[0].substr(0, 7), "forgive");
+    EXPECT_EQ(
+        std::count_if(themes.begin(), themes.end(), [](const std::string& tag) { return tag.starts_with("forgiv"); }),
+        1);
+    EXPECT_NE(std::find(themes.begin(), themes.end(), "mercy"), themes.end());
+    for (const std::string& tag : themes)
+        for (const char* word : {"good", "things", "will", "people", "happen"})
+            EXPECT_NE(tag, word);
 }
 
 TEST(HighlightSuggester, picksOfferedSentencesOnly) {
@@ -149,7 +205,7 @@ TEST(SermonTitleAndSummary, keepsTitlesWithinTheLimitsAndFallsBackToTheWorkingTi
 
     TitleAndSummary fallback = SermonTitleAndSummary().fallback(sermon);
     EXPECT_EQ(fallback.titles,
-              (std::vector<std::string>{"Held by Grace", "Held by Grace: God is at work", "Romans — Held by Grace"}));
+              (std::vector<std::string>{"Held by Grace", "Held by Grace: Resting in it", "Romans — Held by Grace"}));
     EXPECT_FALSE(fallback.summary.empty());
     EXPECT_LE(featureText::characterCount(fallback.summary), 280u);
 
@@ -158,7 +214,7 @@ TEST(SermonTitleAndSummary, keepsTitlesWithinTheLimitsAndFallsBackToTheWorkingTi
     for (const SocialCaption& caption : package.captions)
         EXPECT_TRUE(caption.text.starts_with("Held by Grace")) << caption.platform;
     ASSERT_EQ(package.chapterMarkers.size(), 2u);
-    EXPECT_EQ(package.chapterMarkers[0], (ChapterMarker{"God is at work", 0}));
+    EXPECT_EQ(package.chapterMarkers[0], (ChapterMarker{"Resting in it", 0}));
     EXPECT_GT(package.chapterMarkers[1].startSeconds, 0);
     EXPECT_LE(package.pullQuotes.size(), 3u);
 }
@@ -264,7 +320,7 @@ TEST(AlternativeOutlines, mustNameTheApproachAndCoverEverySection) {
               (std::vector<std::string>{"Need", "Rest"}));
     AlternativeOutline fallback = AlternativeOutlines().fallback(passage);
     EXPECT_EQ(fallback.name, "Verse by verse");
-    EXPECT_EQ(fallback.points[0], "1. The LORD is my shepherd; I shall not want.");
+    EXPECT_EQ(fallback.points[0], "The LORD is my shepherd; I shall not want."); // numbered where it is shown
 }
 
 TEST(SeriesIdeaSuggester, proposesOnlyNeverPreachedBooks) {
@@ -281,7 +337,47 @@ TEST(SeriesIdeaSuggester, proposesOnlyNeverPreachedBooks) {
                                               {"Ruth", "Kinsman", ""},
                                               {"Jude", "Contend", ""}}));
     EXPECT_THROW(SeriesIdeaSuggester::ideasFrom("7 || nothing offered", books), IntelligenceError);
+    // The planner is given no references, so a reason that names one is its own invention.
+    EXPECT_THROW(SeriesIdeaSuggester::ideasFrom("3 || Contend: see Jude 1:3 and John 3:16.", books), IntelligenceError);
+    EXPECT_EQ(SeriesIdeaSuggester::ideasFrom("3 || Contend: see Jude 1:3.\n1 || Mercy: the book of Jonah.", books),
+              (std::vector<SeriesIdea>{{"Jonah", "Mercy", "the book of Jonah."}}));
     EXPECT_TRUE(SeriesIdeaSuggester().fallback(books).empty());
+}
+
+/// Runs `feature` on `input` through a router to a server that would answer anything, and checks
+/// that nothing was asked and nothing was labelled generated.
+template <typename Feature, typename Input>
+void expectNoRequest(const Feature& feature, const Input& input, const std::string& emptyState) {
+    StubModelServer server;
+    server.setDefaultChat(Behaviour::reply("0 || Anything at all?\nNAME: x\nTITLE: x\ntag"));
+    platform::Preferences preferences = platform::Preferences::inMemory();
+    LocalModelSettings settings;
+    settings.endpoint = server.endpoint();
+    auto router = makeSharedRouter(preferences, std::make_shared<LocalModelBackend>(settings));
+    EXPECT_EQ(Feature::emptyState(input), emptyState);
+    auto outcome = orvane::run(feature, input, *router);
+    EXPECT_TRUE(outcome.path.isFallback()) << emptyState;
+    EXPECT_FALSE(outcome.needsGeneratedLabel) << emptyState;
+    EXPECT_TRUE(server.chatMessages().empty()) << emptyState;
+}
+
+TEST(GenerationFeatures, withNothingToWorkFromNoRequestIsMadeAndNothingIsLabelledGenerated) {
+    model::SermonNote titleOnly;
+    titleOnly.title = "Untitled thoughts";
+    model::SermonNote blank;
+    expectNoRequest(GenerateDiscussionQuestions(), titleOnly, SectionQuestions::nothingToAskAbout);
+    expectNoRequest(ListenerQuestions(), titleOnly, SectionQuestions::nothingToAskAbout);
+    expectNoRequest(SermonArticleGenerator(), titleOnly, SermonArticleGenerator::nothingToWriteFrom);
+    expectNoRequest(HighlightSuggester(), titleOnly, HighlightSuggester::noManuscript);
+    expectNoRequest(SermonTagSuggester(), blank, SermonTagSuggester::nothingToTag);
+    expectNoRequest(SermonTitleAndSummary(), blank, SermonTitleAndSummary::nothingToPhrase);
+    expectNoRequest(RewriteForTheRoom(), RewriteRequest{"  \n", RoomProfile::smallGroup},
+                    RewriteForTheRoom::nothingToRewrite);
+    expectNoRequest(AlternativeOutlines(), OutlinePassage{"Jude", 1, {}}, AlternativeOutlines::noVerses);
+    expectNoRequest(SeriesIdeaSuggester(), std::vector<std::string>{}, SeriesIdeaSuggester::nothingToPlan);
+    // Something to work from: no empty state.
+    EXPECT_EQ(SermonTagSuggester::emptyState(titleOnly), "");
+    EXPECT_EQ(HighlightSuggester::emptyState(sampleSermon()), "");
 }
 
 TEST(GenerationFeatures, runThroughTheLocalServerEndToEnd) {

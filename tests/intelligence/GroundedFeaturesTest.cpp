@@ -72,6 +72,10 @@ TEST(PassageCommentary, everyServerBehaviourEndsInAnAnswerOrTheExtracts) {
                         {henry, scofield},
                         true},
          IntelligencePath::generated(orvane::IntelligenceBackendKind::onDevice), true},
+        {"a curly apostrophe in the commentator's name", Behaviour::statusCode(200, R"({"data":[{"id":"m"}]})"),
+         Behaviour::reply("Matthew Henry’s Concise Commentary calls it good."), false,
+         GroundedAnswer{"Matthew Henry’s Concise Commentary calls it good.", {henry}, true},
+         IntelligencePath::generated(orvane::IntelligenceBackendKind::onDevice), true},
         {"a reply citing nothing", Behaviour::statusCode(200, R"({"data":[{"id":"m"}]})"),
          Behaviour::reply("God works all things for good."), false, extractsOnly, IntelligencePath::fallback(), false},
         {"an empty reply", Behaviour::statusCode(200, R"({"data":[{"id":"m"}]})"), Behaviour::reply("  \n"), false,
@@ -152,7 +156,9 @@ TEST(AskYourLibrary, keepsOnlyPointsTracedToTheirSource) {
         {"references the source supports",
          "0 || As Romans 8:28 says\n1 || John 3:16 again",
          {"As Romans 8:28 says", "John 3:16 again"}},
-        {"references not in the input", "0 || Compare John 3:16\n1 || See John 3:17\n1 || Romans 8:28", {}},
+        {"references not in the input",
+         "0 || Compare John 3:16\n1 || See John 3:17\n1 || Romans 8:28\n1 || John 3:16\u201317\n1 || John 3:16, 17",
+         {}},
     };
     for (const Case& test : cases) {
         std::vector<std::string> texts;
@@ -163,11 +169,27 @@ TEST(AskYourLibrary, keepsOnlyPointsTracedToTheirSource) {
     EXPECT_EQ(AskYourLibrary::pointsFrom("1 || x", sources)[0].source, sources[1]);
 }
 
+TEST(AskYourLibrary, searchesForTheSubjectOfTheQuestion) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"What have I taught about rest?", "rest"},
+        {"What have we preached on forgiving our enemies?", "forgiving enemies"},
+        {"Have I ever said anything about the prodigal son?", "prodigal son"},
+        {"What did I say about John 3:16?", "John 3:16"},
+        {"Romans 8:28", "Romans 8:28"},
+        {"What have I taught?", ""},
+        {"grace", "grace"},
+    };
+    for (const auto& [question, subject] : cases)
+        EXPECT_EQ(AskYourLibrary::subjectOf(question), subject) << question;
+}
+
 TEST(AskYourLibrary, noSourcesNeverAsksTheModel) {
     StubRouter stub;
     auto outcome = orvane::run(AskYourLibrary(), AskYourLibrary::Input{"Anything?", {}}, *stub.router);
     EXPECT_TRUE(outcome.value.empty());
-    EXPECT_TRUE(outcome.path.isGenerated());
+    // No model wrote the empty answer, so it is not passed off as generated.
+    EXPECT_TRUE(outcome.path.isFallback());
+    EXPECT_FALSE(outcome.needsGeneratedLabel);
     EXPECT_TRUE(stub.server.chatMessages().empty());
 }
 
@@ -228,27 +250,6 @@ TEST(ScriptureQuoteChecker, comparesQuotationsWordByWordWithTheAttachedVerses) {
     EXPECT_EQ(unchecked[0].kind, ScriptureQuoteChecker::Finding::Kind::translationNotInThisBuild);
     EXPECT_EQ(unchecked[0].message(), "“this subtopic” quotes NKJV, which is not included in this edition, so the "
                                       "wording could not be checked.");
-}
-
-TEST(FeatureText, findsReferencesNamedInText) {
-    struct Case {
-        const char* text;
-        std::vector<std::string> references;
-    };
-    const Case cases[] = {
-        {"As John 3:16 says, and 1 Cor 13:4-7 too.", {"John 3:16", "1 Corinthians 13:4-7"}},
-        {"Read Psalm 23 tonight.", {"Psalms 23"}},
-        {"the son 3 times", {}},
-        {"Song of Solomon 2:4", {"Song of Solomon 2:4"}},
-        {"We met at 10:30 for 2 hours.", {}},
-        {"", {}},
-    };
-    for (const Case& test : cases) {
-        std::vector<std::string> found;
-        for (const auto& reference : featureText::referencesIn(test.text))
-            found.push_back(reference.description());
-        EXPECT_EQ(found, test.references) << test.text;
-    }
 }
 
 } // namespace
