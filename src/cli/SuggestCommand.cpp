@@ -52,8 +52,12 @@ Suggestion suggest(const Feature& feature, const Input& input, const orvane::Mod
     std::vector<std::string> shown = lines(outcome.value);
     if (shown.empty() && outcome.path.isGenerated() && !noneAnswer.empty())
         shown.push_back(std::move(noneAnswer));
-    return {outcome.path, outcome.needsGeneratedLabel, std::move(generatedCaption), std::move(fallbackCaption),
-            std::move(shown)};
+    return {outcome.path,
+            outcome.needsGeneratedLabel,
+            std::move(generatedCaption),
+            std::move(fallbackCaption),
+            std::move(shown),
+            {}};
 }
 
 std::vector<std::string> questionLines(const std::vector<intelligence::SectionQuestion>& questions) {
@@ -167,8 +171,12 @@ Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermo
                 lines.push_back(fmt::format("{:02}:{:02} {}", static_cast<int>(marker.startSeconds) / 60,
                                             static_cast<int>(marker.startSeconds) % 60, marker.title));
         }
-        return {outcome.path, outcome.needsGeneratedLabel, SermonTitleAndSummary::generatedCaption,
-                SermonTitleAndSummary::fallbackCaption, lines};
+        return {outcome.path,
+                outcome.needsGeneratedLabel,
+                SermonTitleAndSummary::generatedCaption,
+                SermonTitleAndSummary::fallbackCaption,
+                lines,
+                {}};
     }
     if (kind == "rewrite") {
         std::optional<RoomProfile> room = roomProfileFromRawValue(roomName);
@@ -183,7 +191,8 @@ Suggestion suggestionFor(const std::string& kind, const model::SermonNote& sermo
                 outcome.needsGeneratedLabel,
                 RewriteForTheRoom::caption(*room, outcome.value.readingGrade),
                 RewriteForTheRoom::unverified,
-                {outcome.value.text}};
+                {outcome.value.text},
+                {}};
     }
     throw UserError("There is no suggestion called “" + kind + "”.");
 }
