@@ -75,9 +75,14 @@ int BibleCommand::search(CommandContext& context) {
     auto results = loader.search(m_query, versions, static_cast<std::size_t>(m_limit));
     // "John 3:16 NIV": say which text stands in for a translation Quillon does not have.
     const scripture::ReferenceReading reading = scripture::readReference(m_query);
-    if (reading.reference && !reading.translation.empty() && !reading.version && !results.empty())
-        context.err << "Quillon has no " << reading.translation << " text; showing "
-                    << model::rawValue(results.front().version) << ".\n";
+    if (reading.reference && !reading.translation.empty() && !results.empty() && versions.empty()) {
+        const std::string_view shown = model::rawValue(results.front().version);
+        if (!reading.version)
+            context.err << "Quillon has no " << reading.translation << " text; showing " << shown << ".\n";
+        else if (*reading.version != results.front().version)
+            context.err << "The " << model::rawValue(*reading.version) << " text is not available; showing " << shown
+                        << ".\n";
+    }
     if (context.json) {
         nlohmann::ordered_json json = nlohmann::ordered_json::array();
         for (const auto& result : results)

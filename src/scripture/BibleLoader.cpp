@@ -385,9 +385,9 @@ std::vector<BibleSearchResult> BibleLoader::search(std::string_view query, std::
     if (text.empty() || orvane::UnicodeText::characterCount(text) < 2 || limit == 0)
         return {};
     const ReferenceReading reading = readReference(text);
-    // "John 3:16 NKJV" asks for the NKJV when the caller named no versions.
+    // "John 3:16 NKJV" asks for the NKJV when the caller named no versions and its text is here.
     if (versions.empty())
-        versions = {reading.version.value_or(model::BibleVersion::kjv)};
+        versions = {reading.version && isAvailable(*reading.version) ? *reading.version : model::BibleVersion::kjv};
 
     auto capped = [limit](std::vector<BibleSearchResult> results) {
         if (results.size() > limit)

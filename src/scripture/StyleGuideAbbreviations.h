@@ -2,7 +2,9 @@
 
 #include "scripture/BibleBook.h"
 
+#include <span>
 #include <string_view>
+#include <utility>
 
 namespace quillon::scripture {
 
@@ -12,5 +14,7 @@ namespace quillon::scripture {
 /// with no space after a leading digit ("1tm", "phlm", "qoh"). Forms that would take a name from a
 /// book the table already reads differently ("Jo", "Ez") are left out on purpose.
 const BibleBook* bookForStyleGuideAbbreviation(std::string_view compactKey);
+/// Every abbreviation of that table with the canonical position of its book.
+std::span<const std::pair<std::string_view, int>> styleGuideAbbreviations();
 
 } // namespace quillon::scripture

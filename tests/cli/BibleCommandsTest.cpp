@@ -68,6 +68,8 @@ TEST(BibleCommand, readsPastedReferencesAndHonoursATranslationTag) {
     auto other = run({"bible", "John 3:16 NIV"});
     EXPECT_EQ(other.err, "Quillon has no NIV text; showing KJV.\n");
     EXPECT_EQ(other.out.substr(0, 13), "KJV-Joh 3:16\t");
+    EXPECT_EQ(run({"bible", "NKJV: John 3:16"}).err, "The NKJV text is not available; showing KJV.\n");
+    EXPECT_EQ(run({"bible", "John 3:16 NIV", "--versions", "ASV"}).err, "");
 }
 
 TEST(BibleCommand, printsOneResultPerLineAndListsVersions) {

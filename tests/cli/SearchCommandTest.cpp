@@ -76,6 +76,23 @@ TEST_F(SearchCommandTest, showsTheNoticeWhenTheQueryWasCorrected) {
     EXPECT_EQ(std::count(limited.begin(), limited.end(), '\n'), 2) << limited;
 }
 
+TEST_F(SearchCommandTest, searchesTheChosenGroupsAndListsThemInOrder) {
+    const auto both = run({"search", "--in", "sermons, scripture", "--limit", "1", "mercy"});
+    EXPECT_EQ(both.status, 0);
+    EXPECT_EQ(both.out.substr(0, both.out.find('\n')), "Scripture"); // the fixed order, not the order named
+    EXPECT_NE(both.out.find("\nSermons\n  Tender Mercies  —  His mercy is new every morning.\n"), std::string::npos)
+        << both.out;
+    const auto verse = run({"--json", "search", "--in", "scripture", "John 3:16"});
+    const auto json = nlohmann::json::parse(verse.out);
+    ASSERT_EQ(json["groups"].size(), 1u);
+    EXPECT_EQ(json["groups"][0]["group"], "scripture");
+    EXPECT_EQ(json["groups"][0]["hits"][0]["title"], "John 3:16 (KJV)");
+    EXPECT_EQ(run({"search", "--in", "sermons", "zzzzqqq"}).out, "Nothing matches “zzzzqqq”.\n");
+    const auto unknown = run({"search", "--in", "psalters", "grace"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_NE(unknown.err.find("Quillon does not know the search group “psalters”."), std::string::npos);
+}
+
 TEST_F(SearchCommandTest, jsonCarriesHitsAndCorrections) {
     const auto result = run({"--json", "search", "forgivness"});
     ASSERT_EQ(result.status, 0) << result.err;

@@ -1,5 +1,6 @@
 #include "scripture/ReferenceNormaliser.h"
 #include "scripture/ReferenceParser.h"
+#include "scripture/StyleGuideAbbreviations.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +77,19 @@ TEST(ReferenceNormaliser, readsSpacedShortFormsAndStyleGuideAbbreviations) {
         {"Jgs 6:12", "Judges 6:12"},
         {"Mi 6:8", "Micah 6:8"},
     });
+}
+
+TEST(ReferenceNormaliser, styleGuideAbbreviationsOnlyFillGapsTheBookTableLeaves) {
+    // An entry the table already reads (as that book or another) would be dead or contradict it.
+    for (const auto& [abbreviation, id] : styleGuideAbbreviations()) {
+        EXPECT_FALSE(resolveBook(abbreviation).has_value()) << abbreviation << " is read by the table already";
+        std::string typed(abbreviation);
+        if (typed[0] >= '1' && typed[0] <= '3')
+            typed.insert(1, " "); // "1tm" as typed: "1 tm"
+        auto reference = parse(typed + " 1");
+        ASSERT_TRUE(reference.has_value()) << typed;
+        EXPECT_EQ(reference->book.id, id) << typed;
+    }
 }
 
 TEST(ReferenceNormaliser, givesAOneChapterBooksVerseItsChapter) {

@@ -106,6 +106,7 @@ TEST(ShippedBibles, aTranslationTagNamesTheVersionWhenNoneIsChosen) {
     EXPECT_EQ(loader.search("(YLT) John 3:16", {}, 50).at(0).id, "YLT-Joh 3:16");
     EXPECT_EQ(loader.search("John 3:16 ASV", {BibleVersion::kjv}, 50).at(0).id, "KJV-Joh 3:16"); // the choice wins
     EXPECT_EQ(loader.search("John 3:16 NIV", {}, 50).at(0).id, "KJV-Joh 3:16");
+    EXPECT_EQ(loader.search("John 3:16 NKJV", {}, 50).at(0).id, "KJV-Joh 3:16"); // ours, but not shipped
 }
 
 TEST(ShippedBibles, noTextKeepsTheMarkupOfItsModule) {
