@@ -1,5 +1,8 @@
 #include "mesh/CalvaneLink.h"
 
+#include "mesh/MeshLimits.h"
+#include "mesh/MeshSettings.h"
+
 #include <boost/asio/connect.hpp>
 #include <boost/beast/core/buffers_to_string.hpp>
 #include <spdlog/spdlog.h>
@@ -10,18 +13,31 @@ namespace asio = boost::asio;
 namespace websocket = boost::beast::websocket;
 
 CalvaneLink::CalvaneLink(asio::io_context& io, std::function<nlohmann::json()> hello, Callbacks callbacks,
-                         std::chrono::milliseconds firstRetry, std::chrono::milliseconds retryCeiling)
-    : m_io(io), m_hello(std::move(hello)), m_callbacks(std::move(callbacks)), m_firstRetry(firstRetry),
-      m_retryCeiling(retryCeiling), m_retryDelay(firstRetry), m_resolver(io), m_retryTimer(io) {}
+                         Timing timing)
+    : m_io(io), m_hello(std::move(hello)), m_callbacks(std::move(callbacks)), m_timing(timing),
+      m_retryDelay(timing.firstRetry), m_resolver(io), m_retryTimer(io), m_deadline(io) {}
 
 void CalvaneLink::connectTo(std::string host, std::uint16_t port) {
     if (m_stopped || (host == m_host && port == m_port && (m_socket || m_open)))
         return;
     m_host = std::move(host);
     m_port = port;
-    m_retryDelay = m_firstRetry;
+    m_retryDelay = m_timing.firstRetry;
     m_retryTimer.cancel();
     connect();
+}
+
+void CalvaneLink::armDeadline() {
+    // Covers resolving, connecting, the upgrade and Calvane's "linked": a host that accepts and
+    // then says nothing must not leave the link hung with no retry.
+    auto generation = m_generation;
+    m_deadline.expires_after(m_timing.handshakeTimeout);
+    auto self = shared_from_this();
+    m_deadline.async_wait([self, generation](boost::system::error_code error) {
+        if (error || generation != self->m_generation || self->m_linked)
+            return;
+        self->fail("Calvane did not link within " + secondsText(self->m_timing.handshakeTimeout) + " seconds");
+    });
 }
 
 void CalvaneLink::connect() {
@@ -29,8 +45,12 @@ void CalvaneLink::connect() {
         return;
     auto generation = ++m_generation;
     m_open = false;
+    m_linked = false;
     m_outgoing.clear();
+    m_outgoingBytes = 0;
     m_socket = std::make_unique<Socket>(m_io);
+    m_socket->read_message_max(maximumFrameLength);
+    armDeadline();
     auto self = shared_from_this();
     m_resolver.async_resolve(
         m_host, std::to_string(m_port),
@@ -39,25 +59,29 @@ void CalvaneLink::connect() {
                 return;
             if (error)
                 return self->fail(error.message());
-            asio::async_connect(self->m_socket->next_layer(), results,
-                                [self, generation](boost::system::error_code error, const asio::ip::tcp::endpoint&) {
-                                    if (generation != self->m_generation)
-                                        return;
-                                    if (error)
-                                        return self->fail(error.message());
-                                    self->m_socket->async_handshake(
-                                        self->m_host + ":" + std::to_string(self->m_port), "/",
-                                        [self, generation](boost::system::error_code error) {
-                                            if (generation != self->m_generation)
-                                                return;
-                                            if (error)
-                                                return self->fail(error.message());
-                                            self->m_socket->text(true);
-                                            self->m_open = true;
-                                            self->send(self->m_hello());
-                                            self->readNext();
-                                        });
-                                });
+            asio::async_connect(
+                self->m_socket->next_layer(), results,
+                [self, generation](boost::system::error_code error, const asio::ip::tcp::endpoint&) {
+                    if (generation != self->m_generation)
+                        return;
+                    if (error)
+                        return self->fail(error.message());
+                    websocket::stream_base::timeout timeout{self->m_timing.handshakeTimeout, self->m_timing.idleTimeout,
+                                                            true};
+                    self->m_socket->set_option(timeout);
+                    self->m_socket->async_handshake(
+                        self->m_host + ":" + std::to_string(self->m_port), "/",
+                        [self, generation](boost::system::error_code error) {
+                            if (generation != self->m_generation)
+                                return;
+                            if (error)
+                                return self->fail(error.message());
+                            self->m_socket->text(true);
+                            self->m_open = true;
+                            self->write(self->m_hello().dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+                            self->readNext();
+                        });
+                });
         });
 }
 
@@ -67,6 +91,8 @@ void CalvaneLink::readNext() {
     m_socket->async_read(m_buffer, [self, generation](boost::system::error_code error, std::size_t) {
         if (generation != self->m_generation)
             return;
+        if (error == boost::beast::error::timeout)
+            return self->fail("Calvane was silent for " + secondsText(self->m_timing.idleTimeout) + " seconds");
         if (error)
             return self->fail(error == websocket::error::closed ? "Calvane closed the link" : error.message());
         std::string text = boost::beast::buffers_to_string(self->m_buffer.data());
@@ -85,7 +111,12 @@ void CalvaneLink::handle(const std::string& text) {
     }
     std::string kind = frame["kind"].get<std::string>();
     if (kind == "linked") {
-        m_retryDelay = m_firstRetry;
+        // Only the first "linked" of a link counts: repeating it must not make the desk send again.
+        if (m_linked)
+            return;
+        m_linked = true;
+        m_deadline.cancel();
+        m_retryDelay = m_timing.firstRetry;
         if (m_callbacks.linked)
             m_callbacks.linked();
     } else if (kind == "rejected") {
@@ -94,6 +125,8 @@ void CalvaneLink::handle(const std::string& text) {
             reason = frame["reason"].get<std::string>();
         ++m_generation; // the link is over: ignore what the old socket still reports
         m_open = false;
+        m_linked = false;
+        m_deadline.cancel();
         boost::system::error_code ignored;
         m_socket->next_layer().close(ignored);
         if (m_callbacks.rejected)
@@ -108,9 +141,24 @@ void CalvaneLink::handle(const std::string& text) {
 }
 
 void CalvaneLink::send(const nlohmann::json& frame) {
-    if (!m_open)
+    if (!m_open || !m_linked)
         return;
-    m_outgoing.push_back(frame.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+    write(frame.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+void CalvaneLink::write(std::string text) {
+    if (m_outgoingBytes + text.size() > limits::queuedBytesPerPeer) {
+        // Failing here would re-enter the caller's callbacks; leave it to the queue.
+        auto self = shared_from_this();
+        auto generation = m_generation;
+        asio::post(m_io, [self, generation] {
+            if (generation == self->m_generation)
+                self->fail("Calvane stopped reading");
+        });
+        return;
+    }
+    m_outgoingBytes += text.size();
+    m_outgoing.push_back(std::move(text));
     if (m_outgoing.size() == 1)
         writeNext();
 }
@@ -124,6 +172,7 @@ void CalvaneLink::writeNext() {
                                   return;
                               if (error)
                                   return self->fail(error.message());
+                              self->m_outgoingBytes -= self->m_outgoing.front().size();
                               self->m_outgoing.pop_front();
                               if (!self->m_outgoing.empty())
                                   self->writeNext();
@@ -131,17 +180,21 @@ void CalvaneLink::writeNext() {
 }
 
 void CalvaneLink::fail(const std::string& reason) {
-    bool wasOpen = m_open;
+    bool wasLinked = m_linked;
     ++m_generation;
     m_open = false;
+    m_linked = false;
+    m_deadline.cancel();
+    m_outgoing.clear();
+    m_outgoingBytes = 0;
     if (m_socket) {
         boost::system::error_code ignored;
         m_socket->next_layer().close(ignored);
     }
-    if (wasOpen && m_callbacks.lost)
+    if (wasLinked && m_callbacks.lost)
         m_callbacks.lost(reason);
     else
-        spdlog::debug("Could not reach Calvane at {}:{}: {}", m_host, m_port, reason);
+        spdlog::info("Could not link with Calvane at {}:{}: {}", m_host, m_port, reason);
     scheduleRetry();
 }
 
@@ -149,7 +202,7 @@ void CalvaneLink::scheduleRetry() {
     if (m_stopped)
         return;
     auto delay = m_retryDelay;
-    m_retryDelay = std::min(m_retryDelay * 2, m_retryCeiling);
+    m_retryDelay = std::min(m_retryDelay * 2, m_timing.retryCeiling);
     m_retryTimer.expires_after(delay);
     auto self = shared_from_this();
     m_retryTimer.async_wait([self](boost::system::error_code error) {
@@ -162,7 +215,9 @@ void CalvaneLink::stop() {
     m_stopped = true;
     ++m_generation;
     m_open = false;
+    m_linked = false;
     m_retryTimer.cancel();
+    m_deadline.cancel();
     m_resolver.cancel();
     if (m_socket) {
         boost::system::error_code ignored;

@@ -35,6 +35,10 @@ struct MeshSettings {
     /// Calvane reconnection: first wait, doubled after each failure up to the ceiling.
     std::chrono::milliseconds calvaneFirstRetry{1'000};
     std::chrono::milliseconds calvaneRetryCeiling{60'000};
+    /// How long a Calvane link may take from dialling to "linked", and how long it may stay silent
+    /// (unanswered pings) once linked, before it is dropped and dialled again.
+    std::chrono::milliseconds calvaneHandshakeTimeout{10'000};
+    std::chrono::milliseconds calvaneIdleTimeout{45'000};
     /// Publish and browse with Avahi.
     bool discovery = true;
 

@@ -13,12 +13,36 @@ namespace quillon::mesh {
 
 namespace asio = boost::asio;
 
-PeerConnection::PeerConnection(Stream stream, bool secure, Owner& owner, std::uint64_t identifier)
+namespace {
+
+std::string plainAddress(const asio::ip::address& address) {
+    // The listener takes IPv4 peers on an IPv6 socket; count them by their IPv4 address.
+    if (address.is_v6() && address.to_v6().is_v4_mapped())
+        return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6()).to_string();
+    return address.to_string();
+}
+
+/// What a body that did not decode claimed to be, if that much can be read.
+std::string claimedType(std::string_view body) {
+    auto first = body.find_first_not_of(" \t\r\n");
+    if (first == std::string_view::npos || body[first] != '{')
+        return "Unknown";
+    auto json = nlohmann::json::parse(body, nullptr, false);
+    if (json.is_object() && json.contains("type") && json["type"].is_string())
+        return json["type"].get<std::string>();
+    return "Unknown";
+}
+
+} // namespace
+
+PeerConnection::PeerConnection(Stream stream, bool secure, Owner& owner, std::uint64_t identifier,
+                               ByteBudget& bodyBudget)
     : proofTimer(stream.get_executor()), m_stream(std::move(stream)), m_secure(secure), m_owner(owner),
-      m_identifier(identifier), m_handshakeTimer(m_stream.get_executor()) {
+      m_identifier(identifier), m_handshakeTimer(m_stream.get_executor()), m_bodyBudget(bodyBudget) {
     boost::system::error_code ignored;
     auto endpoint = m_stream.next_layer().remote_endpoint(ignored);
-    m_remote = ignored ? "an unknown peer" : endpoint.address().to_string() + ":" + std::to_string(endpoint.port());
+    m_address = ignored ? "unknown" : plainAddress(endpoint.address());
+    m_remote = ignored ? "an unknown peer" : m_address + ":" + std::to_string(endpoint.port());
     m_stream.next_layer().set_option(asio::ip::tcp::no_delay(true), ignored);
 }
 
@@ -68,10 +92,12 @@ void PeerConnection::start(std::chrono::milliseconds handshakeTimeout) {
 }
 
 void PeerConnection::readHeader() {
+    if (m_closed || m_closing)
+        return;
     auto self = shared_from_this();
     onStream([&](auto& stream) {
         asio::async_read(stream, asio::buffer(m_header), [self](boost::system::error_code error, std::size_t) {
-            if (self->m_closed)
+            if (self->m_closed || self->m_closing)
                 return;
             if (error) {
                 self->close(error == asio::error::eof ? "the peer closed the connection" : error.message());
@@ -88,48 +114,107 @@ void PeerConnection::readHeader() {
 }
 
 void PeerConnection::readBody(std::uint32_t length) {
-    m_body.resize(length);
+    // Nothing is set aside for the announced length: a header costs four bytes to send, and the
+    // memory a body takes must be paid for by the bytes that actually arrive.
+    m_expected = length;
+    m_body.clear();
+    readPiece();
+}
+
+bool PeerConnection::reserveFor(std::size_t size) {
+    if (size <= m_body.capacity())
+        return true;
+    std::size_t capacity = std::min(m_expected, std::max({size, 2 * m_body.capacity(), limits::bodyPieceBytes}));
+    std::size_t charge = capacity > limits::bodyPieceBytes ? capacity - limits::bodyPieceBytes : 0;
+    if (charge > m_charged && !m_bodyBudget.take(charge - m_charged))
+        return false;
+    m_charged = std::max(charge, m_charged);
+    m_body.reserve(capacity);
+    return true;
+}
+
+void PeerConnection::readPiece() {
+    std::size_t have = m_body.size();
+    std::size_t piece = std::min(limits::bodyPieceBytes, m_expected - have);
+    if (!reserveFor(have + piece)) {
+        close("its unfinished messages would take more memory than the desk holds for all peers");
+        return;
+    }
+    m_body.resize(have + piece);
     auto self = shared_from_this();
     onStream([&](auto& stream) {
-        asio::async_read(stream, asio::buffer(m_body), [self](boost::system::error_code error, std::size_t) {
-            if (self->m_closed)
-                return;
-            if (error) {
-                self->close(error.message());
-                return;
-            }
-            self->m_lastHeard = std::chrono::steady_clock::now();
-            auto message = SermonStudioMessage::decode(self->m_body);
-            if (message) {
-                self->m_owner.messageReceived(self, std::move(*message));
-            } else {
-                // Name what the body claimed to be, if that much can be read.
-                std::string type = "Unknown";
-                auto json = self->m_body.find_first_not_of(" \t\r\n") < self->m_body.size() &&
-                                    self->m_body[self->m_body.find_first_not_of(" \t\r\n")] == '{'
-                                ? nlohmann::json::parse(self->m_body, nullptr, false)
-                                : nlohmann::json();
-                if (json.is_object() && json.contains("type") && json["type"].is_string())
-                    type = json["type"].get<std::string>();
-                self->m_owner.bodyDropped(self, type);
-            }
-            std::string().swap(self->m_body); // do not keep a 10 MB buffer for a peer that sent one once
-            if (!self->m_closed)
-                self->readHeader();
-        });
+        stream.async_read_some(
+            asio::buffer(m_body.data() + have, piece), [self, have](boost::system::error_code error, std::size_t got) {
+                if (self->m_closed || self->m_closing)
+                    return;
+                if (error) {
+                    self->close(error == asio::error::eof ? "the peer closed the connection" : error.message());
+                    return;
+                }
+                self->m_body.resize(have + got);
+                if (self->m_body.size() < self->m_expected)
+                    return self->readPiece();
+                self->bodyComplete();
+            });
     });
 }
 
+bool PeerConnection::withinRate() {
+    auto now = std::chrono::steady_clock::now();
+    double seconds = std::chrono::duration<double>(now - m_rateUpdated).count();
+    m_rateUpdated = now;
+    m_rateAllowance = std::min(limits::messageBurst, m_rateAllowance + seconds * limits::messagesPerSecond);
+    if (m_rateAllowance >= 1) {
+        m_rateAllowance -= 1;
+        return true;
+    }
+    if (!m_warnedAboutRate) {
+        m_warnedAboutRate = true;
+        spdlog::warn("Dropping messages from {}: it sends more than {:g} a second", displayName(),
+                     limits::messagesPerSecond);
+    }
+    return false;
+}
+
+void PeerConnection::bodyComplete() {
+    m_lastHeard = std::chrono::steady_clock::now();
+    auto self = shared_from_this();
+    if (withinRate()) {
+        std::string_view body(m_body.data(), m_body.size());
+        auto message = SermonStudioMessage::decode(body);
+        if (message)
+            m_owner.messageReceived(self, std::move(*message));
+        else
+            m_owner.bodyDropped(self, claimedType(body));
+    }
+    releaseBody();
+    readHeader();
+}
+
+void PeerConnection::releaseBody() {
+    m_bodyBudget.give(m_charged);
+    m_charged = 0;
+    if (m_body.capacity() > limits::bodyPieceBytes)
+        std::vector<char>().swap(m_body); // do not keep a 10 MB buffer for a peer that sent one once
+    else
+        m_body.clear();
+    m_expected = 0;
+}
+
 void PeerConnection::send(std::string frame) {
-    if (m_closed)
+    send(std::make_shared<const std::string>(std::move(frame)));
+}
+
+void PeerConnection::send(Frame frame) {
+    if (m_closed || m_closing)
         return;
-    if (m_outgoingBytes + frame.size() > maximumQueuedBytes) {
+    if (m_outgoingBytes + frame->size() > maximumQueuedBytes) {
         // Closed from the bridge's queue rather than here: the caller may be walking the very list of
         // connections that closing removes this one from.
         asio::post(m_stream.get_executor(), [self = shared_from_this()] { self->close("the peer stopped reading"); });
         return;
     }
-    m_outgoingBytes += frame.size();
+    m_outgoingBytes += frame->size();
     m_outgoing.push_back(std::move(frame));
     if (m_outgoing.size() == 1)
         writeNext();
@@ -138,7 +223,7 @@ void PeerConnection::send(std::string frame) {
 void PeerConnection::writeNext() {
     auto self = shared_from_this();
     onStream([&](auto& stream) {
-        asio::async_write(stream, asio::buffer(m_outgoing.front()),
+        asio::async_write(stream, asio::buffer(*m_outgoing.front()),
                           [self](boost::system::error_code error, std::size_t) {
                               if (self->m_closed)
                                   return;
@@ -146,11 +231,27 @@ void PeerConnection::writeNext() {
                                   self->close(error.message());
                                   return;
                               }
-                              self->m_outgoingBytes -= self->m_outgoing.front().size();
+                              self->m_outgoingBytes -= self->m_outgoing.front()->size();
                               self->m_outgoing.pop_front();
                               if (!self->m_outgoing.empty())
                                   self->writeNext();
+                              else if (self->m_closing)
+                                  self->close(self->m_closingReason);
                           });
+    });
+}
+
+void PeerConnection::closeAfterSending(const std::string& reason) {
+    if (m_closed || m_closing)
+        return;
+    if (m_outgoing.empty())
+        return close(reason);
+    m_closing = true;
+    m_closingReason = reason;
+    m_handshakeTimer.expires_after(std::chrono::seconds{1});
+    m_handshakeTimer.async_wait([self = shared_from_this()](boost::system::error_code error) {
+        if (!error)
+            self->close(self->m_closingReason);
     });
 }
 
@@ -165,6 +266,9 @@ void PeerConnection::close(const std::string& reason) {
     m_stream.next_layer().close(ignored);
     m_outgoing.clear();
     m_outgoingBytes = 0;
+    m_bodyBudget.give(m_charged);
+    m_charged = 0;
+    std::vector<char>().swap(m_body);
     m_owner.connectionClosed(shared_from_this(), reason);
 }
 

@@ -4,6 +4,7 @@
 #include "mesh/ServiceDiscovery.h"
 #include "mesh/SuiteMeshPairingStore.h"
 #include "platform/ApplicationIdentity.h"
+#include "platform/PlatformWording.h"
 
 #include <boost/asio/ip/v6_only.hpp>
 #include <boost/asio/post.hpp>
@@ -43,7 +44,7 @@ ScriptureBridge::ScriptureBridge(MeshSettings settings, SuiteMeshPairingStore& p
     : m_settings(std::move(settings)), m_pairings(pairings), m_mainThread(std::move(mainThread)), m_clock(clock),
       m_ledger([&clock] { return clock.now(); }, std::chrono::seconds{30}),
       m_tlsContext(asio::ssl::context::tls_server), m_plainAcceptor(m_io), m_secureAcceptor(m_io),
-      m_heartbeatTimer(m_io) {
+      m_heartbeatTimer(m_io), m_plainRetry(m_io), m_secureRetry(m_io) {
     m_resolver = [this](std::string_view identity) { return resolveIdentity(identity); };
     VantalinkPsk::configureServer(m_tlsContext, m_resolver);
 }
@@ -69,14 +70,7 @@ void ScriptureBridge::start() {
             m_isCalvaneConnected = true;
         });
         emit(Kind::calvaneLinked, "Calvane", "");
-        if (m_networkLive)
-            m_calvane->send({{"kind", "scripture"},
-                             {"reference", m_networkLive->reference},
-                             {"version", m_networkLive->version},
-                             {"text", m_networkLive->text},
-                             {"formatted", false},
-                             {"calloutId", ""},
-                             {"source", source}});
+        sendCalvaneLive();
     };
     callbacks.rejected = [this](const std::optional<std::string>& reason) {
         std::string text = reason ? "Calvane rejected Quillon: " + *reason : "Calvane rejected the connection.";
@@ -102,8 +96,10 @@ void ScriptureBridge::start() {
             frame["pairingCode"] = *code;
         return frame;
     };
-    m_calvane = std::make_shared<CalvaneLink>(m_io, hello, callbacks, m_settings.calvaneFirstRetry,
-                                              m_settings.calvaneRetryCeiling);
+    m_calvane = std::make_shared<CalvaneLink>(
+        m_io, hello, callbacks,
+        CalvaneLink::Timing{m_settings.calvaneFirstRetry, m_settings.calvaneRetryCeiling,
+                            m_settings.calvaneHandshakeTimeout, m_settings.calvaneIdleTimeout});
     if (m_settings.calvaneAddress) {
         const std::string& address = *m_settings.calvaneAddress;
         auto colon = address.rfind(':');
@@ -141,6 +137,8 @@ void ScriptureBridge::stop() {
         m_plainAcceptor.close(ignored);
         m_secureAcceptor.close(ignored);
         m_heartbeatTimer.cancel();
+        m_plainRetry.timer.cancel();
+        m_secureRetry.timer.cancel();
         if (m_calvane)
             m_calvane->stop();
         auto connections = m_connections;
@@ -187,21 +185,66 @@ void ScriptureBridge::acceptNext(asio::ip::tcp::acceptor& acceptor, bool secure)
     acceptor.async_accept([this, &acceptor, secure](boost::system::error_code error, asio::ip::tcp::socket socket) {
         if (error == asio::error::operation_aborted || !acceptor.is_open())
             return;
-        if (error) {
-            spdlog::error("{}{}",
-                          secure ? "The secure Vantalink listener failed: " : "The Brenmoor/Calvane listener failed: ",
-                          error.message());
-            // A full descriptor table is temporary; keep accepting rather than go deaf.
-            acceptNext(acceptor, secure);
-            return;
+        if (error)
+            return acceptLater(acceptor, secure, error);
+        auto& retry = secure ? m_secureRetry : m_plainRetry;
+        if (retry.delay.count() > 0) {
+            spdlog::info("The {} listener accepts connections again", secure ? "secure Vantalink" : "Brenmoor/Calvane");
+            retry.delay = std::chrono::milliseconds{0};
         }
-        auto connection =
-            std::make_shared<PeerConnection>(PeerConnection::Stream(std::move(socket), m_tlsContext), secure,
-                                             static_cast<PeerConnection::Owner&>(*this), m_nextIdentifier++);
-        m_connections[connection->identifier()] = connection;
-        connection->start(m_settings.tlsHandshakeTimeout);
+        admit(std::move(socket), secure);
         acceptNext(acceptor, secure);
     });
+}
+
+void ScriptureBridge::acceptLater(asio::ip::tcp::acceptor& acceptor, bool secure,
+                                  const boost::system::error_code& error) {
+    // Accepting again at once would fail again at once (descriptors used up, say): a spinning
+    // thread and a flood of log lines. Wait, doubling the wait, and say so once per streak.
+    auto& retry = secure ? m_secureRetry : m_plainRetry;
+    if (retry.delay.count() == 0) {
+        spdlog::error("{}{}; accepting pauses until it clears",
+                      secure ? "The secure Vantalink listener failed: " : "The Brenmoor/Calvane listener failed: ",
+                      error.message());
+        retry.delay = limits::acceptFirstRetry;
+    } else {
+        retry.delay = std::min(retry.delay * 2, std::chrono::milliseconds{limits::acceptRetryCeiling});
+    }
+    retry.timer.expires_after(retry.delay);
+    retry.timer.async_wait([this, &acceptor, secure](boost::system::error_code waited) {
+        if (!waited && acceptor.is_open())
+            acceptNext(acceptor, secure);
+    });
+}
+
+void ScriptureBridge::admit(asio::ip::tcp::socket socket, bool secure) {
+    boost::system::error_code error;
+    auto endpoint = socket.remote_endpoint(error);
+    if (error)
+        return; // gone before it could be looked at
+    auto address = endpoint.address();
+    if (address.is_v6() && address.to_v6().is_v4_mapped())
+        address = asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6());
+    std::string key = address.to_string();
+    auto& count = m_connectionsPerAddress[key];
+    if (count >= limits::maximumConnectionsPerAddress || m_connections.size() >= limits::maximumConnections) {
+        if (m_refusedAddresses.insert(key).second)
+            spdlog::warn("Refused connections from {}: the desk holds {} connections, {} of them from there (at most "
+                         "{} in all, {} from one address)",
+                         key, m_connections.size(), count, limits::maximumConnections,
+                         limits::maximumConnectionsPerAddress);
+        if (count == 0)
+            m_connectionsPerAddress.erase(key);
+        socket.close(error);
+        return;
+    }
+    ++count;
+    m_refusedAddresses.erase(key);
+    auto connection =
+        std::make_shared<PeerConnection>(PeerConnection::Stream(std::move(socket), m_tlsContext), secure,
+                                         static_cast<PeerConnection::Owner&>(*this), m_nextIdentifier++, m_bodyBudget);
+    m_connections[connection->identifier()] = connection;
+    connection->start(m_settings.tlsHandshakeTimeout);
 }
 
 void ScriptureBridge::scheduleHeartbeat() {
@@ -249,7 +292,13 @@ void ScriptureBridge::connectionReady(const ConnectionPointer& connection) {
 }
 
 void ScriptureBridge::connectionClosed(const ConnectionPointer& connection, const std::string& reason) {
-    m_connections.erase(connection->identifier());
+    if (m_connections.erase(connection->identifier()) > 0) {
+        auto found = m_connectionsPerAddress.find(connection->address());
+        if (found != m_connectionsPerAddress.end() && --found->second == 0)
+            m_connectionsPerAddress.erase(found);
+    }
+    if (connection->pendingProof)
+        m_ledger.withdraw(connection->pendingProof->nonce);
     if (reason.rfind("the secure handshake failed: ", 0) == 0) {
         spdlog::warn("{}: {}", connection->displayName(), reason);
         publishTlsStatus(reason.substr(std::string("the secure handshake failed: ").size()));
@@ -272,7 +321,7 @@ void ScriptureBridge::messageReceived(const ConnectionPointer& connection, Sermo
     }
     if (isContent(message.type) && message.type != Type::heartbeat) {
         if (!mayCarryContent(*connection))
-            return;
+            return noteRefusedContent(*connection, message.type);
     }
     switch (message.type) {
     case Type::hello:
@@ -339,6 +388,17 @@ bool ScriptureBridge::isTrusted(PeerConnection& connection) const {
     return !m_settings.requirePairing || connection.claim().verified();
 }
 
+void ScriptureBridge::noteRefusedContent(PeerConnection& connection, Type type) {
+    if (!m_settings.requirePairing || connection.warnedAboutUnpairedClaim || connection.pendingProof ||
+        connection.claim().verified())
+        return;
+    auto name = connection.claim().name();
+    if (!name || m_pairings.pairing(*name))
+        return;
+    connection.warnedAboutUnpairedClaim = true;
+    spdlog::warn("Ignored {} from {}: it claimed a name with no pairing here", rawValue(type), *name);
+}
+
 bool ScriptureBridge::mayCarryContent(PeerConnection& connection) {
     if (m_settings.requireEncrypted && !connection.secure()) {
         if (!connection.warnedAboutPlainLink) {
@@ -358,8 +418,10 @@ void ScriptureBridge::handleHello(const ConnectionPointer& connection, const Ser
         spdlog::warn("Dropped hello from {}: it names no peer", connection->displayName());
         return;
     }
+    bool renamed = connection->claim().name() != name;
     connection->claim().claim(name);
-    emit(Kind::peerNamed, name, connection->secure() ? "secure" : "plain");
+    if (renamed)
+        emit(Kind::peerNamed, name, connection->secure() ? "secure" : "plain");
     if (connection->claim().verified()) {
         send(*connection, makeMessage(Type::pairAccepted, {{"name", name}}));
         if (m_networkLive && mayCarryContent(*connection))
@@ -381,11 +443,13 @@ void ScriptureBridge::challenge(const ConnectionPointer& connection, const std::
         else if (found != m_bootstraps.end())
             bootstrap = found->second;
     }
+    const auto& pending = connection->pendingProof;
     if (bootstrap) {
-        const auto& pending = connection->pendingProof;
         // The hello and the preacher's code can both trigger a challenge; the peer answers only one.
         if (pending && pending->bootstrap && pending->peerName == peerName && pending->salt == bootstrap->salt)
             return;
+        if (pending)
+            m_ledger.withdraw(pending->nonce);
         auto issued = m_ledger.issue(orvane::SuiteCapability::grantedAtPairing());
         connection->pendingProof = PeerConnection::PendingProof{issued.nonce, peerName, true, bootstrap->salt};
         send(*connection, makeMessage(Type::pairChallenge, {{"nonce", orvane::base64Encode(issued.nonce)},
@@ -401,6 +465,11 @@ void ScriptureBridge::challenge(const ConnectionPointer& connection, const std::
         }
         return;
     }
+    // A repeated hello does not pile up challenges: the peer answers the one it has.
+    if (pending && !pending->bootstrap && pending->peerName == peerName)
+        return;
+    if (pending)
+        m_ledger.withdraw(pending->nonce);
     auto issued = m_ledger.issue(pairing->capabilities);
     connection->pendingProof = PeerConnection::PendingProof{issued.nonce, peerName, false, {}};
     send(*connection, makeMessage(Type::pairChallenge, {{"nonce", orvane::base64Encode(issued.nonce)}}));
@@ -438,9 +507,7 @@ void ScriptureBridge::handlePairResponse(const ConnectionPointer& connection, co
         }
         if (!session || session->isExpired(now)) {
             spdlog::warn("{}: it did not answer the pairing challenge for that name (the code expired)", name);
-            send(*connection, makeMessage(Type::pairRejected, {{"reason", "the pairing code expired"}}));
-            emit(Kind::pairingFailed, name, "the pairing code expired");
-            return;
+            return failBootstrapProof(connection, name, "the pairing code expired");
         }
         orvane::SuitePairing provisional{name, orvane::SuiteCapability::grantedAtPairing(), session->secret, now};
         auto failure = m_ledger.verify(*nonce, name, *answer, provisional, now);
@@ -450,12 +517,11 @@ void ScriptureBridge::handlePairResponse(const ConnectionPointer& connection, co
             else
                 spdlog::warn("{}: it did not answer the pairing challenge for that name ({})", name,
                              orvane::describe(*failure));
-            send(*connection, makeMessage(Type::pairRejected, {{"reason", std::string(orvane::describe(*failure))}}));
-            emit(Kind::pairingFailed, name, std::string(orvane::describe(*failure)));
-            return;
+            return failBootstrapProof(connection, name, std::string(orvane::describe(*failure)));
         }
         if (!m_pairings.save(provisional)) {
-            spdlog::error("{} answered correctly, but the pairing could not be saved to the Keychain.", name);
+            spdlog::error("{} answered correctly, but the pairing could not be saved to {}.", name,
+                          platform::wording::secretStore);
             send(*connection, makeMessage(Type::pairRejected, {{"reason", "the pairing could not be saved"}}));
             emit(Kind::pairingFailed, name, "the pairing could not be saved");
             return;
@@ -477,8 +543,7 @@ void ScriptureBridge::handlePairResponse(const ConnectionPointer& connection, co
                          orvane::describe(*failure));
             send(*connection, makeMessage(Type::pairRejected, {{"reason", std::string(orvane::describe(*failure))}}));
             // A failed proof ends the connection: the peer claimed a name it could not back.
-            auto self = connection;
-            asio::post(m_io, [self] { self->close("it did not prove its pairing"); });
+            connection->closeAfterSending("it did not prove its pairing");
             return;
         }
         connection->claim().markVerified(name);
@@ -487,6 +552,29 @@ void ScriptureBridge::handlePairResponse(const ConnectionPointer& connection, co
     }
     if (m_networkLive && mayCarryContent(*connection))
         send(*connection, announcementMessage());
+}
+
+void ScriptureBridge::failBootstrapProof(const ConnectionPointer& connection, const std::string& name,
+                                         const std::string& reason) {
+    send(*connection, makeMessage(Type::pairRejected, {{"reason", reason}}));
+    // A failed proof ends the connection, so a guesser cannot try code after code on one link.
+    connection->closeAfterSending("it did not prove its pairing");
+    emit(Kind::pairingFailed, name, reason);
+    bool used = false;
+    {
+        std::lock_guard lock(m_bootstrapMutex);
+        auto found = m_bootstraps.find(name);
+        if (found != m_bootstraps.end() && found->second.recordFailedAnswer()) {
+            m_bootstraps.erase(found);
+            used = true;
+        }
+    }
+    if (!used)
+        return;
+    // Connections still holding a challenge for the withdrawn code can no longer pair with it.
+    spdlog::warn("The pairing code for {} was withdrawn after {} failed answers; generate a new one", name,
+                 orvane::SuiteMeshBootstrapSession::allowedFailedAnswers);
+    emit(Kind::pairingFailed, name, "the pairing code was withdrawn after repeated failed answers");
 }
 
 std::optional<VantalinkPsk::Match> ScriptureBridge::resolveIdentity(std::string_view identity) {
@@ -645,10 +733,45 @@ SermonStudioMessage ScriptureBridge::announcementMessage() const {
 }
 
 void ScriptureBridge::sendContent(const SermonStudioMessage& message) {
-    std::string frame = message.frame();
+    auto frame = std::make_shared<const std::string>(message.frame());
     for (auto& [identifier, connection] : m_connections)
         if (mayCarryContent(*connection))
             connection->send(frame);
+    enforceQueueBudget();
+}
+
+void ScriptureBridge::enforceQueueBudget() {
+    // Posted, because closing removes connections from the table a caller may be walking.
+    if (m_queueCheckPosted)
+        return;
+    m_queueCheckPosted = true;
+    asio::post(m_io, [this] {
+        m_queueCheckPosted = false;
+        for (;;) {
+            std::size_t total = 0;
+            ConnectionPointer longest;
+            for (auto& [identifier, connection] : m_connections) {
+                total += connection->queuedBytes();
+                if (!longest || connection->queuedBytes() > longest->queuedBytes())
+                    longest = connection;
+            }
+            if (total <= limits::sharedQueuedBytes || !longest)
+                return;
+            longest->close("the peer stopped reading while the desk's queues were full");
+        }
+    });
+}
+
+void ScriptureBridge::sendCalvaneLive() {
+    if (!m_calvane || !m_networkLive)
+        return;
+    m_calvane->send({{"kind", "scripture"},
+                     {"reference", m_networkLive->reference},
+                     {"version", m_networkLive->version},
+                     {"text", m_networkLive->text},
+                     {"formatted", false},
+                     {"calloutId", ""},
+                     {"source", source}});
 }
 
 bool ScriptureBridge::send(PeerConnection& connection, SermonStudioMessage message) {
@@ -660,6 +783,7 @@ bool ScriptureBridge::send(PeerConnection& connection, SermonStudioMessage messa
         return false;
     }
     connection.send(std::move(frame));
+    enforceQueueBudget();
     return true;
 }
 

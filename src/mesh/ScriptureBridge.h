@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mesh/MeshEvent.h"
+#include "mesh/MeshLimits.h"
 #include "mesh/MeshScriptureReference.h"
 #include "mesh/MeshSettings.h"
 #include "mesh/PeerConnection.h"
@@ -24,6 +25,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -128,6 +130,12 @@ private:
 
     void openListener(boost::asio::ip::tcp::acceptor& acceptor, std::uint16_t port, bool secure);
     void acceptNext(boost::asio::ip::tcp::acceptor& acceptor, bool secure);
+    /// After a failed accept: waits (doubling up to a ceiling) rather than spin, and logs once.
+    void acceptLater(boost::asio::ip::tcp::acceptor& acceptor, bool secure, const boost::system::error_code& error);
+    /// Takes the connection unless the desk or its address already has as many as it allows.
+    void admit(boost::asio::ip::tcp::socket socket, bool secure);
+    /// Ends a bootstrap connection's failed proof; the third failure against a code ends the code.
+    void failBootstrapProof(const ConnectionPointer& connection, const std::string& name, const std::string& reason);
     void scheduleHeartbeat();
     void handleHello(const ConnectionPointer& connection, const SermonStudioMessage& message);
     void challenge(const ConnectionPointer& connection, const std::string& peerName);
@@ -138,7 +146,12 @@ private:
     bool isTrusted(PeerConnection& connection) const;
     /// True when content may travel on this connection; logs once when a plain link is refused.
     bool mayCarryContent(PeerConnection& connection);
+    /// Logs once per connection that content from a name with no pairing is ignored.
+    void noteRefusedContent(PeerConnection& connection, SermonStudioMessageType type);
     void sendContent(const SermonStudioMessage& message);
+    /// Lets go of the peers with the longest backlogs while all queues together hold too much.
+    void enforceQueueBudget();
+    void sendCalvaneLive();
     /// False, and logged, when the frame would be longer than a peer accepts; nothing is written then.
     bool send(PeerConnection& connection, SermonStudioMessage message);
     SermonStudioMessage makeMessage(SermonStudioMessageType type, std::map<std::string, std::string> payload) const;
@@ -163,6 +176,14 @@ private:
     boost::asio::ip::tcp::acceptor m_plainAcceptor;
     boost::asio::ip::tcp::acceptor m_secureAcceptor;
     boost::asio::steady_timer m_heartbeatTimer;
+    /// Per listener (plain, secure): the back-off after a failed accept.
+    struct AcceptRetry {
+        explicit AcceptRetry(boost::asio::io_context& io) : timer(io) {}
+        boost::asio::steady_timer timer;
+        std::chrono::milliseconds delay{0};
+    };
+    AcceptRetry m_plainRetry;
+    AcceptRetry m_secureRetry;
     std::chrono::steady_clock::time_point m_lastHeartbeat;
     std::thread m_thread;
     std::atomic<std::uint16_t> m_plainPort{0};
@@ -171,6 +192,11 @@ private:
 
     // Network-thread state.
     std::map<std::uint64_t, ConnectionPointer> m_connections;
+    std::map<std::string, std::size_t> m_connectionsPerAddress;
+    /// Addresses refused since they last had a place, so each refusal streak is logged once.
+    std::set<std::string> m_refusedAddresses;
+    ByteBudget m_bodyBudget{limits::sharedBodyBytes};
+    bool m_queueCheckPosted = false;
     std::uint64_t m_nextIdentifier = 1;
     std::optional<LiveScripture> m_networkLive;
     std::shared_ptr<CalvaneLink> m_calvane;

@@ -14,7 +14,14 @@ namespace quillon::mesh {
 
 namespace {
 constexpr const char* pairedNamesKey = "Quillon.suiteMesh.pairedPeerNames";
+
+/// A running desk holds its preferences for hours: read them again before a change, so that what
+/// another Quillon paired, unpaired or changed meanwhile is not written back over.
+void refresh(platform::Preferences& preferences) {
+    if (!preferences.file().empty()) // preferences kept in memory only have nothing newer to read
+        preferences.reload();
 }
+} // namespace
 
 SuiteMeshPairingStore::SuiteMeshPairingStore(platform::SecretStore& secrets, platform::Preferences& preferences)
     : m_secrets(secrets), m_preferences(preferences) {}
@@ -48,6 +55,7 @@ bool SuiteMeshPairingStore::save(const orvane::SuitePairing& pairing) {
                              {"establishedAt", secondsSinceReferenceDate(pairing.establishedAt)}};
     if (!m_secrets.write(pairing.peerIdentifier, record.dump()))
         return false;
+    refresh(m_preferences);
     auto names = pairedPeerNames();
     if (std::find(names.begin(), names.end(), pairing.peerIdentifier) == names.end()) {
         names.push_back(pairing.peerIdentifier);
@@ -57,6 +65,7 @@ bool SuiteMeshPairingStore::save(const orvane::SuitePairing& pairing) {
 }
 
 bool SuiteMeshPairingStore::remove(const std::string& peerName) {
+    refresh(m_preferences);
     auto names = pairedPeerNames();
     bool listed = std::erase(names, peerName) > 0;
     bool stored = m_secrets.read(peerName).has_value();

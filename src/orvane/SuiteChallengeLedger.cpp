@@ -29,7 +29,7 @@ std::optional<SuiteHandshake::Failure> SuiteChallengeLedger::verify(const Bytes&
     // Spend the nonce before judging the answer: a wrong first answer must not leave room for a second.
     SuiteHandshake::Challenge challenge = found->second;
     m_outstanding.erase(found);
-    m_spent.insert(nonce);
+    m_spent.emplace(nonce, challenge.issuedAt);
     if (now - challenge.issuedAt > m_lifetime)
         return Failure::challengeExpired;
     if (!pairing.capabilities.contains(challenge.requested))
@@ -40,6 +40,20 @@ std::optional<SuiteHandshake::Failure> SuiteChallengeLedger::verify(const Bytes&
     return std::nullopt;
 }
 
+void SuiteChallengeLedger::withdraw(const Bytes& nonce) {
+    std::lock_guard lock(m_mutex);
+    auto found = m_outstanding.find(nonce);
+    if (found == m_outstanding.end())
+        return;
+    m_spent.emplace(nonce, found->second.issuedAt);
+    m_outstanding.erase(found);
+}
+
+std::size_t SuiteChallengeLedger::spentCount() const {
+    std::lock_guard lock(m_mutex);
+    return m_spent.size();
+}
+
 std::size_t SuiteChallengeLedger::outstandingCount() const {
     std::lock_guard lock(m_mutex);
     return m_outstanding.size();
@@ -47,6 +61,8 @@ std::size_t SuiteChallengeLedger::outstandingCount() const {
 
 void SuiteChallengeLedger::dropExpiredLocked(std::chrono::system_clock::time_point now) {
     std::erase_if(m_outstanding, [&](const auto& entry) { return now - entry.second.issuedAt > m_lifetime; });
+    // A spent nonce past the lifetime would fail as expired anyway, so remembering it protects nothing.
+    std::erase_if(m_spent, [&](const auto& entry) { return now - entry.second > m_lifetime; });
 }
 
 } // namespace orvane

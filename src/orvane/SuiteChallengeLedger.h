@@ -8,7 +8,6 @@
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string_view>
 
 namespace orvane {
@@ -30,7 +29,14 @@ public:
                                                   const Bytes& answer, const SuitePairing& pairing,
                                                   std::chrono::system_clock::time_point now);
 
+    /// Forgets an unanswered challenge, as when its connection closes or is challenged anew; the
+    /// nonce is spent, so an answer that still arrives fails like an expired one.
+    void withdraw(const Bytes& nonce);
+
     std::size_t outstandingCount() const;
+    /// Nonces remembered as answered. Only those still young enough to be answered are kept: an
+    /// older nonce fails as expired whether or not it is remembered.
+    std::size_t spentCount() const;
 
 private:
     void dropExpiredLocked(std::chrono::system_clock::time_point now);
@@ -39,7 +45,8 @@ private:
     std::chrono::seconds m_lifetime;
     mutable std::mutex m_mutex;
     std::map<Bytes, SuiteHandshake::Challenge> m_outstanding;
-    std::set<Bytes> m_spent;
+    /// Each answered nonce with the time its challenge was issued, pruned once past the lifetime.
+    std::map<Bytes, std::chrono::system_clock::time_point> m_spent;
 };
 
 } // namespace orvane

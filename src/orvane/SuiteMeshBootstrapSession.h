@@ -17,6 +17,12 @@ struct SuiteMeshBootstrapSession {
     Bytes salt;
     Bytes secret;
     std::chrono::system_clock::time_point expiresAt;
+    /// Proofs against this code that failed so far.
+    int failedAnswers = 0;
+
+    /// Wrong answers a code survives: the third ends the session, so a peer guessing has three
+    /// chances in a million per code the preacher generates, not a search of the whole space.
+    static constexpr int allowedFailedAnswers = 3;
 
     using RandomSource = std::function<Bytes(std::size_t)>;
 
@@ -37,6 +43,8 @@ struct SuiteMeshBootstrapSession {
     static Bytes deriveSecret(std::string_view code, const Bytes& salt, std::string_view applicationIdentifier);
 
     bool isExpired(std::chrono::system_clock::time_point now) const { return now >= expiresAt; }
+    /// Counts one failed proof; true when the code is used up and the session must end.
+    bool recordFailedAnswer() { return ++failedAnswers >= allowedFailedAnswers; }
 };
 
 } // namespace orvane

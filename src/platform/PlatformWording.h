@@ -19,6 +19,10 @@ inline constexpr const char* onDeviceModelName = "the local model server";
 /// The desktop's settings, where the vendor's wording said "System Settings".
 inline constexpr const char* systemSettings = "system settings";
 
+/// The desktop's secret store (the Secret Service, or the private file standing in for it), where
+/// the vendor's wording named its keychain.
+inline constexpr const char* secretStore = "the keyring";
+
 /// Reasons the local model cannot be used, where the vendor's wording named its computers and its model.
 inline constexpr const char* modelOsTooOld =
     "This computer is running a version of the local model server that does not include the on-device model.";

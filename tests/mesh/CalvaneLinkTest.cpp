@@ -31,6 +31,8 @@ public:
         m_socket->accept();
         return read();
     }
+    /// Accepts the next connection at the TCP level and answers nothing.
+    asio::ip::tcp::socket acceptSilently() { return m_acceptor.accept(); }
     nlohmann::json read() {
         boost::beast::flat_buffer buffer;
         m_socket->read(buffer);
@@ -130,6 +132,88 @@ TEST(CalvaneLink, retriesDoubleUpToTheCeilingAndStartOverOnceLinked) {
     auto afterLink = dropAndTimeTheReturn();
     EXPECT_GE(afterLink, 100ms);
     EXPECT_LT(afterLink, 700ms); // 1 s had the link not reset the back-off
+    harness.reset();
+}
+
+TEST(CalvaneLink, aCalvaneThatNeverLinksIsDroppedAndDialledAgain) {
+    for (bool upgrades : {false, true}) {
+        LogCapture log;
+        FakeCalvane calvane;
+        auto settings = BridgeHarness::quietSettings();
+        settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+        settings.calvaneFirstRetry = 50ms;
+        settings.calvaneHandshakeTimeout = 300ms;
+        auto harness = std::make_unique<BridgeHarness>(settings);
+        std::optional<asio::ip::tcp::socket> silent;
+        if (upgrades)
+            calvane.accept(); // upgraded and greeted, but Calvane never says "linked"
+        else
+            silent.emplace(calvane.acceptSilently()); // the upgrade is never answered
+        auto started = std::chrono::steady_clock::now();
+        EXPECT_EQ(calvane.accept()["kind"], "hello") << upgrades;
+        EXPECT_GE(std::chrono::steady_clock::now() - started, 250ms) << upgrades;
+        EXPECT_TRUE(log.contains("Calvane did not link within 0.3 seconds")) << upgrades;
+        EXPECT_FALSE(harness->bridge->isCalvaneConnected());
+        harness.reset();
+    }
+}
+
+TEST(CalvaneLink, framesWaitForLinkedAndARepeatedLinkedSendsNothingAgain) {
+    FakeCalvane calvane;
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto harness = std::make_unique<BridgeHarness>(settings);
+    calvane.accept();
+    // Announced before "linked": not sent, but shown once the link is accepted.
+    harness->bridge->announce(LiveScripture{"John 3:16", "John", "KJV", "For God so loved the world"});
+    std::this_thread::sleep_for(100ms);
+    calvane.write({{"kind", "linked"}});
+    auto shown = calvane.read();
+    EXPECT_EQ(shown["kind"], "scripture");
+    EXPECT_EQ(shown["reference"], "John 3:16");
+    // A Calvane repeating "linked" gets nothing more for it; the next frame is the clear below.
+    for (int i = 0; i < 1000; ++i)
+        calvane.write({{"kind", "linked"}});
+    harness->bridge->clear();
+    EXPECT_EQ(calvane.read()["kind"], "clear");
+    harness.reset();
+}
+
+TEST(CalvaneLink, aCalvaneThatStopsReadingIsDroppedNotQueuedForEver) {
+    LogCapture log;
+    FakeCalvane calvane;
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    settings.calvaneFirstRetry = 50ms;
+    auto harness = std::make_unique<BridgeHarness>(settings);
+    calvane.accept();
+    calvane.write({{"kind", "linked"}});
+    ASSERT_TRUE(eventually([&] { return harness->bridge->isCalvaneConnected(); }));
+    const LiveScripture psalm{"Psalms 119", "Psalms", "KJV", std::string(1'000'000, 'a')};
+    for (int i = 0; i < 80 && !log.contains("Calvane stopped reading"); ++i) {
+        harness->bridge->announce(psalm);
+        std::this_thread::sleep_for(5ms);
+    }
+    EXPECT_TRUE(harness->waitForEvent(MeshEvent::Kind::calvaneLost));
+    EXPECT_TRUE(log.contains("The link to Calvane was lost: Calvane stopped reading"));
+    EXPECT_EQ(calvane.accept()["kind"], "hello"); // and dialled again
+    harness.reset();
+}
+
+TEST(CalvaneLink, aLinkedCalvaneThatFallsSilentIsDroppedAndDialledAgain) {
+    LogCapture log;
+    FakeCalvane calvane;
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    settings.calvaneFirstRetry = 50ms;
+    settings.calvaneIdleTimeout = 400ms;
+    auto harness = std::make_unique<BridgeHarness>(settings);
+    calvane.accept();
+    calvane.write({{"kind", "linked"}});
+    // The fake no longer reads, so the desk's pings go unanswered.
+    EXPECT_TRUE(harness->waitForEvent(MeshEvent::Kind::calvaneLost));
+    EXPECT_TRUE(log.contains("Calvane was silent for 0.4 seconds"));
+    EXPECT_EQ(calvane.accept()["kind"], "hello");
     harness.reset();
 }
 

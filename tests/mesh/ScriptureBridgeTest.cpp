@@ -1,5 +1,6 @@
 #include "BridgeHarness.h"
 #include "mesh/VantalinkPsk.h"
+#include "orvane/SuiteMeshBootstrapSession.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -112,11 +113,72 @@ TEST(ScriptureBridge, pairingCodeFailures) {
         EXPECT_TRUE(harness.waitForEvent(Kind::pairingFailed)) << c.name;
         EXPECT_TRUE(log.contains(c.logLine)) << c.name;
         EXPECT_FALSE(harness.pairings.pairing("Brenmoor")) << c.name;
+        // A failed proof ends the connection: there is no second answer on the same link.
+        EXPECT_TRUE(peer->waitForClose()) << c.name;
 
-        // The same nonce answered again is not accepted a second time.
-        peer->answerBootstrap(*challenge, code.code, "Brenmoor");
-        EXPECT_FALSE(peer->waitFor(Type::pairAccepted, 300ms)) << c.name;
+        // The same nonce replayed from a new connection answers no challenge sent to that one.
+        auto replay = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+        replay->answerBootstrap(*challenge, code.code, "Brenmoor");
+        EXPECT_FALSE(replay->waitFor(Type::pairAccepted, 300ms)) << c.name;
+        EXPECT_TRUE(log.contains("it answers no challenge sent to it")) << c.name;
     }
+}
+
+TEST(ScriptureBridge, aPairingCodeCannotBeSearched) {
+    LogCapture log;
+    BridgeHarness harness;
+    auto code = harness.bridge->startBootstrap("Brenmoor");
+    std::string wrong = code.code == "000000" ? "000001" : "000000";
+    // Each guess needs a fresh connection, and the code is withdrawn after the third wrong one.
+    for (int guess = 0; guess < orvane::SuiteMeshBootstrapSession::allowedFailedAnswers; ++guess) {
+        auto guesser = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+        guesser->hello("Brenmoor");
+        auto challenge = guesser->waitFor(Type::pairChallenge);
+        ASSERT_TRUE(challenge) << guess;
+        guesser->answerBootstrap(*challenge, wrong, "Brenmoor");
+        EXPECT_TRUE(guesser->waitFor(Type::pairRejected)) << guess;
+        EXPECT_TRUE(guesser->waitForClose()) << guess;
+    }
+    EXPECT_TRUE(log.contains("The pairing code for Brenmoor was withdrawn after 3 failed answers"));
+
+    // Even the right code is refused now: the peer is not challenged with the withdrawn code at all.
+    auto late = VantalinkTestPeer::connectPlain(harness.bridge->plainPort());
+    late->hello("Brenmoor");
+    EXPECT_FALSE(late->waitFor(Type::pairChallenge, 300ms));
+    EXPECT_FALSE(harness.pairings.pairing("Brenmoor"));
+
+    // A fresh code from the preacher works.
+    auto fresh = harness.bridge->startBootstrap("Brenmoor");
+    auto challenge = late->waitFor(Type::pairChallenge);
+    ASSERT_TRUE(challenge);
+    late->answerBootstrap(*challenge, fresh.code, "Brenmoor");
+    EXPECT_TRUE(late->waitFor(Type::pairAccepted));
+}
+
+TEST(ScriptureBridge, challengesOutstandingWhenTheCodeIsWithdrawnFail) {
+    LogCapture log;
+    BridgeHarness harness;
+    auto code = harness.bridge->startBootstrap("Brenmoor");
+    std::string wrong = code.code == "000000" ? "000001" : "000000";
+    // Guessers who fetched their challenges before the code ran out cannot use them afterwards.
+    std::vector<std::unique_ptr<VantalinkTestPeer>> guessers;
+    std::vector<SermonStudioMessage> challenges;
+    for (int i = 0; i < 5; ++i) {
+        guessers.push_back(VantalinkTestPeer::connectPlain(harness.bridge->plainPort()));
+        guessers.back()->hello("Brenmoor");
+        auto challenge = guessers.back()->waitFor(Type::pairChallenge);
+        ASSERT_TRUE(challenge);
+        challenges.push_back(*challenge);
+    }
+    for (int i = 0; i < 3; ++i)
+        guessers[i]->answerBootstrap(challenges[i], wrong, "Brenmoor");
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(guessers[i]->waitForClose());
+    for (int i = 3; i < 5; ++i) {
+        guessers[i]->answerBootstrap(challenges[i], code.code, "Brenmoor");
+        EXPECT_TRUE(guessers[i]->waitFor(Type::pairRejected)) << i;
+    }
+    EXPECT_FALSE(harness.pairings.pairing("Brenmoor"));
 }
 
 TEST(ScriptureBridge, aPairedNameMustProveItselfOrIsDisconnected) {
@@ -164,6 +226,8 @@ TEST(ScriptureBridge, requirePairingIgnoresAnUnpairedClaim) {
     stranger->send(Type::toolRequest, {{"tool", "liveScripture"}, {"requestId", "r1"}});
     harness.bridge->announce(john316);
     EXPECT_FALSE(stranger->next(400ms));
+    EXPECT_TRUE(log.contains("Ignored nextVerse from Stranger: it claimed a name with no pairing here"));
+    EXPECT_FALSE(log.contains("Ignored toolRequest from Stranger")); // once per connection
     std::lock_guard lock(harness.mutex);
     EXPECT_EQ(harness.nextVerses, 0);
 }

@@ -21,8 +21,13 @@ using mesh::SermonStudioMessageType;
 
 namespace {
 
-int connectLoopback(std::uint16_t port) {
+int connectLoopback(std::uint16_t port, const char* from = "127.0.0.1") {
     int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    // Any address in 127/8 is this machine: tests stand in for several hosts by choosing one.
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    ::inet_pton(AF_INET, from, &local.sin_addr);
+    ::bind(fd, reinterpret_cast<sockaddr*>(&local), sizeof local);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
@@ -62,9 +67,9 @@ VantalinkTestPeer::~VantalinkTestPeer() {
         ::close(m_fd);
 }
 
-std::unique_ptr<VantalinkTestPeer> VantalinkTestPeer::connectPlain(std::uint16_t port) {
+std::unique_ptr<VantalinkTestPeer> VantalinkTestPeer::connectPlain(std::uint16_t port, const char* from) {
     std::unique_ptr<VantalinkTestPeer> peer(new VantalinkTestPeer);
-    peer->m_fd = connectLoopback(port);
+    peer->m_fd = connectLoopback(port, from);
     return peer;
 }
 

@@ -19,7 +19,8 @@ class VantalinkTestPeer {
 public:
     ~VantalinkTestPeer();
 
-    static std::unique_ptr<VantalinkTestPeer> connectPlain(std::uint16_t port);
+    /// `from` is the loopback address the connection comes from.
+    static std::unique_ptr<VantalinkTestPeer> connectPlain(std::uint16_t port, const char* from = "127.0.0.1");
     /// Nothing when the TLS handshake fails.
     static std::unique_ptr<VantalinkTestPeer> connectSecure(std::uint16_t port, const std::string& identity,
                                                             const orvane::Bytes& key);

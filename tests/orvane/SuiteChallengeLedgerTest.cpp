@@ -93,5 +93,27 @@ TEST(SuiteChallengeLedger, issuingDropsExpiredChallenges) {
     EXPECT_EQ(f.ledger.outstandingCount(), 1u);
 }
 
+TEST(SuiteChallengeLedger, remembersSpentNoncesOnlyWhileTheyCouldStillBeAnswered) {
+    LedgerFixture f;
+    Bytes wrong(32, 0);
+    for (int i = 0; i < 100; ++i) {
+        auto challenge = f.ledger.issue(SuiteCapability::receiveScripture());
+        f.ledger.verify(challenge.nonce, "Brenmoor", wrong, f.pairing, f.now);
+    }
+    auto withdrawn = f.ledger.issue(SuiteCapability::receiveScripture());
+    f.ledger.withdraw(withdrawn.nonce);
+    EXPECT_EQ(f.ledger.spentCount(), 101u);
+    EXPECT_EQ(f.ledger.outstandingCount(), 0u);
+    // A withdrawn challenge cannot be answered, right or wrong.
+    EXPECT_EQ(f.ledger.verify(withdrawn.nonce, "Brenmoor", f.rightAnswer(withdrawn), f.pairing, f.now),
+              Failure::challengeExpired);
+
+    f.now += 31s;
+    auto fresh = f.ledger.issue(SuiteCapability::receiveScripture());
+    EXPECT_EQ(f.ledger.spentCount(), 0u);
+    EXPECT_EQ(f.ledger.verify(fresh.nonce, "Brenmoor", f.rightAnswer(fresh), f.pairing, f.now), std::nullopt);
+    EXPECT_EQ(f.ledger.spentCount(), 1u);
+}
+
 } // namespace
 } // namespace orvane
