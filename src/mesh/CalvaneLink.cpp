@@ -48,6 +48,7 @@ void CalvaneLink::connect() {
     m_linked = false;
     m_outgoing.clear();
     m_outgoingBytes = 0;
+    closeSocket();
     m_socket = std::make_unique<Socket>(m_io);
     m_socket->read_message_max(maximumFrameLength);
     armDeadline();
@@ -127,8 +128,7 @@ void CalvaneLink::handle(const std::string& text) {
         m_open = false;
         m_linked = false;
         m_deadline.cancel();
-        boost::system::error_code ignored;
-        m_socket->next_layer().close(ignored);
+        closeSocket();
         if (m_callbacks.rejected)
             m_callbacks.rejected(reason);
         scheduleRetry();
@@ -187,15 +187,23 @@ void CalvaneLink::fail(const std::string& reason) {
     m_deadline.cancel();
     m_outgoing.clear();
     m_outgoingBytes = 0;
-    if (m_socket) {
-        boost::system::error_code ignored;
-        m_socket->next_layer().close(ignored);
-    }
+    closeSocket();
     if (wasLinked && m_callbacks.lost)
         m_callbacks.lost(reason);
     else
         spdlog::info("Could not link with Calvane at {}:{}: {}", m_host, m_port, reason);
     scheduleRetry();
+}
+
+void CalvaneLink::closeSocket() {
+    if (!m_socket)
+        return;
+    // The stream's own timer would otherwise wait out the idle timeout and keep the desk's
+    // network thread from finishing when it stops.
+    m_socket->set_option(
+        websocket::stream_base::timeout{websocket::stream_base::none(), websocket::stream_base::none(), false});
+    boost::system::error_code ignored;
+    m_socket->next_layer().close(ignored);
 }
 
 void CalvaneLink::scheduleRetry() {
@@ -219,10 +227,7 @@ void CalvaneLink::stop() {
     m_retryTimer.cancel();
     m_deadline.cancel();
     m_resolver.cancel();
-    if (m_socket) {
-        boost::system::error_code ignored;
-        m_socket->next_layer().close(ignored);
-    }
+    closeSocket();
 }
 
 } // namespace quillon::mesh

@@ -62,6 +62,7 @@ private:
     void write(std::string text);
     void writeNext();
     void armDeadline();
+    void closeSocket();
     void handle(const std::string& text);
 
     using Socket = boost::beast::websocket::stream<boost::asio::ip::tcp::socket>;
