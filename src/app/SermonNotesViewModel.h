@@ -238,6 +238,16 @@ public:
     void cancelMoveToTrash();
     int trashRetentionDays() const { return m_trash.retentionDays(); }
 
+    /// Adds a copy (" Copy" after the title, a new id), selects it and publishes "Sermon Duplicated".
+    std::optional<model::Uuid> duplicateSermon(const model::Uuid& sermonId);
+    /// Puts an earlier state of a sermon back as one update, so the state it replaces is itself
+    /// kept in the history and undoable.
+    bool restoreVersion(const model::SermonNote& snapshot);
+    /// Takes a sermon out of the trash and back into the library.
+    bool restoreFromTrash(const model::Uuid& sermonId);
+    /// The trash, for listing what it holds.
+    store::SermonTrashManager& trash() { return m_trash; }
+
     /// Adds `tag` to each sermon (once) and publishes "Tag Applied"; returns how many were tagged.
     std::size_t applyTag(const std::string& tag, const std::vector<model::Uuid>& sermonIds);
 

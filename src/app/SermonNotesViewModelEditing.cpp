@@ -189,7 +189,8 @@ bool SermonNotesViewModel::moveScripture(const model::Uuid& sermonId, const mode
                                          std::optional<model::Uuid> toSubTopic) {
     return edit(sermonId, "Moved", [&](model::SermonNote& sermon) {
         return app::moveScripture(sermon, scriptureId, to, toSubTopic) ||
-               failEdit("Quillon could not find that scripture or its new subtopic in " + curlyQuoted(sermon.title) + ".");
+               failEdit("Quillon could not find that scripture or its new subtopic in " + curlyQuoted(sermon.title) +
+                        ".");
     });
 }
 
@@ -240,7 +241,8 @@ bool SermonNotesViewModel::setMetadata(const model::Uuid& sermonId, const Sermon
     if (change.colour && !trimmed(*change.colour).empty()) {
         colour = normalisedColour(*change.colour);
         if (!colour)
-            return failEdit(curlyQuoted(*change.colour) + " is not a colour; write it as #RRGGBB, for example #1F6FB2.");
+            return failEdit(curlyQuoted(*change.colour) +
+                            " is not a colour; write it as #RRGGBB, for example #1F6FB2.");
     }
     auto optionalText = [](const std::string& text) {
         return trimmed(text).empty() ? std::nullopt : std::optional(std::string(trimmed(text)));
@@ -317,7 +319,8 @@ bool SermonNotesViewModel::setHidden(const model::Uuid& sermonId, bool hidden) {
     m_store.setHidden(sermonId, hidden);
     notifyLibrary();
     post({hidden ? "Hidden" : "Shown",
-          curlyQuoted(sermon->title) + (hidden ? " is hidden from the sermon list." : " is shown in the sermon list again."),
+          curlyQuoted(sermon->title) +
+              (hidden ? " is hidden from the sermon list." : " is shown in the sermon list again."),
           StatusMessage::Kind::toast});
     return true;
 }

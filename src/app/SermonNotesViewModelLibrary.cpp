@@ -145,6 +145,37 @@ std::size_t SermonNotesViewModel::confirmMoveToTrash() {
     return moved;
 }
 
+std::optional<model::Uuid> SermonNotesViewModel::duplicateSermon(const model::Uuid& sermonId) {
+    const model::SermonNote* sermon = m_store.sermon(sermonId);
+    if (!sermon) {
+        failEdit("Quillon could not find that sermon; it may have been moved to Trash.");
+        return std::nullopt;
+    }
+    const model::SermonNote copy = m_store.duplicate(*sermon);
+    notifyLibrary();
+    selectSermon(copy.id);
+    post({"Sermon Duplicated", curlyQuoted(copy.title), StatusMessage::Kind::toast});
+    return copy.id;
+}
+
+bool SermonNotesViewModel::restoreVersion(const model::SermonNote& snapshot) {
+    return edit(snapshot.id, "Version Restored", [&](model::SermonNote& sermon) {
+        sermon = snapshot;
+        return true;
+    });
+}
+
+bool SermonNotesViewModel::restoreFromTrash(const model::Uuid& sermonId) {
+    const auto restored = m_trash.restore(sermonId);
+    if (!restored) {
+        post({"Restore Failed", "Quillon could not find that sermon in Trash.", StatusMessage::Kind::alert});
+        return false;
+    }
+    notifyLibrary();
+    post({"Restored from Trash", curlyQuoted(restored->title), StatusMessage::Kind::toast});
+    return true;
+}
+
 std::size_t SermonNotesViewModel::applyTag(const std::string& tag, const std::vector<model::Uuid>& sermonIds) {
     const std::string clean(trimmed(tag));
     if (clean.empty() || !isValidText(clean)) {

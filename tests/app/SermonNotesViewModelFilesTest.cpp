@@ -57,6 +57,33 @@ TEST(SermonNotesViewModelFiles, trashAsksThenMovesOneOrABatchAndCountsThem) {
     EXPECT_EQ(desk.batchSelectedSermonIds().size(), 2u);
 }
 
+TEST(SermonNotesViewModelFiles, duplicatesRestoresVersionsAndBringsSermonsBackFromTrash) {
+    ControllerHarness harness;
+    const auto sermon = makeSermon("Kept");
+    harness.seed(sermon);
+    auto& desk = harness.open();
+
+    const auto copy = desk.duplicateSermon(sermon.id);
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(desk.selection().sermonId, copy);
+    EXPECT_EQ(harness.listener.messages.back(), toast("Sermon Duplicated", "“Kept Copy”"));
+
+    auto earlier = *harness.manager->sermon(sermon.id);
+    desk.renameOutlineItem(sermon.id, sermon.topics[0].id, "Renamed");
+    harness.pause();
+    EXPECT_TRUE(desk.restoreVersion(earlier));
+    EXPECT_EQ(harness.manager->sermon(sermon.id)->topics[0].title, "The love of God");
+    ASSERT_TRUE(desk.undo()); // the restored version is itself one step
+    EXPECT_EQ(harness.manager->sermon(sermon.id)->topics[0].title, "Renamed");
+
+    desk.requestMoveToTrash({sermon.id});
+    desk.confirmMoveToTrash();
+    EXPECT_TRUE(desk.restoreFromTrash(sermon.id));
+    EXPECT_NE(harness.manager->sermon(sermon.id), nullptr);
+    EXPECT_EQ(harness.listener.messages.back(), toast("Restored from Trash", "“Kept”"));
+    EXPECT_FALSE(desk.restoreFromTrash(sermon.id));
+}
+
 TEST(SermonNotesViewModelFiles, tagsEverySelectedSermonOnce) {
     ControllerHarness harness;
     auto tagged = makeSermon("Tagged");
