@@ -45,6 +45,12 @@ void MeshCommand::configure(CLI::App& command) {
     m_serve->add_flag("--no-discovery", m_noDiscovery, "Do not publish or browse with Avahi");
     m_serve->add_option("--sermon", m_sermon, "The sermon open on the desk (its id or a prefix), for peers asking")
         ->type_name("ID");
+    m_serve->add_flag("--live-page", m_outlets.livePage,
+                      "Serve the live passage page for streaming software (default: Quillon.screens.livePage)");
+    m_serve->add_option("--live-page-address", m_outlets.livePageAddress,
+                        "Address the page listens on (default 127.0.0.1; any other needs the URL's token)");
+    m_serve->add_option("--live-page-port", m_outlets.livePagePort, "The page's port (default 7316; 0 picks any)")
+        ->check(CLI::Range(0, 65535));
     m_pairings = command.add_subcommand("pairings", "List the peers this desk is paired with");
     m_unpair = command.add_subcommand("unpair", "Remove the stored pairing with a peer");
     m_unpair->add_option("peer", m_peer, "The peer's name, as listed by `mesh pairings`")->required();
@@ -80,6 +86,8 @@ int MeshCommand::serve(CommandContext& context) {
     mesh::ScriptureBridge bridge(settings, files.store, mainThread.executor());
     MeshServeSession session(bridge, context.out, context.json, &tools);
     bridge.onEvent = [&session](const mesh::MeshEvent& event) { session.printEvent(event); };
+    auto outlets = startScreenOutlets(library.preferences(), m_outlets);
+    session.setOutlets(outlets.get());
     bridge.start();
     if (bridge.plainPort() == 0 && bridge.securePort() == 0) {
         bridge.stop();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/Command.h"
+#include "cli/ScreenOutlets.h"
 
 #include <cstdint>
 
@@ -28,6 +29,7 @@ private:
     bool m_noDiscovery = false;
     std::string m_peer;
     std::string m_sermon;
+    ScreenOutletChoices m_outlets;
 };
 
 } // namespace quillon::cli

@@ -5,6 +5,7 @@
 #include "mesh/ScriptureBridge.h"
 #include "model/BibleVersion.h"
 #include "model/DateTime.h"
+#include "screens/OutletHub.h"
 #include "scripture/ReferenceParser.h"
 
 #include <nlohmann/json.hpp>
@@ -66,6 +67,9 @@ void MeshServeSession::run(std::istream& in) {
     print("listening on port " + std::to_string(m_bridge.plainPort()) + ", secure port " +
               std::to_string(m_bridge.securePort()),
           listening.dump());
+    for (const auto& outlet : m_outlets ? m_outlets->statuses() : std::vector<screens::OutletHub::Status>{})
+        print(outlet.name + ": " + outlet.state,
+              nlohmann::json{{"event", "outlet"}, {"name", outlet.name}, {"state", outlet.state}}.dump());
     std::string line;
     while (std::getline(in, line))
         if (!handle(line))
@@ -128,12 +132,16 @@ bool MeshServeSession::handle(const std::string& commandLine) {
         mesh::LiveScripture live{reference->description(), reference->book.name, std::string(model::rawValue(version)),
                                  passageText(*reference, version)};
         m_bridge.announce(live);
+        if (m_outlets)
+            m_outlets->show(live);
         print("announced " + live.reference + " (" + live.version + ")",
               nlohmann::json{{"event", "announced"}, {"reference", live.reference}, {"version", live.version}}.dump());
     } else if (command == "open") {
         open(rest);
     } else if (command == "clear") {
         m_bridge.clear();
+        if (m_outlets)
+            m_outlets->clear();
         print("cleared", R"({"event":"cleared"})");
     } else if (command == "pair") {
         if (rest.empty()) {
@@ -186,6 +194,11 @@ bool MeshServeSession::handle(const std::string& commandLine) {
             (m_bridge.isCalvaneConnected() ? "connected" : "not connected") + "; live " +
             (live ? live->reference : "none") + "; incoming " + (incoming ? incoming->description() : "none") +
             "; sermon " + (sermon ? sermon->title : "none open");
+        json["outlets"] = nlohmann::json::array();
+        for (const auto& outlet : m_outlets ? m_outlets->statuses() : std::vector<screens::OutletHub::Status>{}) {
+            json["outlets"].push_back({{"name", outlet.name}, {"state", outlet.state}});
+            text += "; " + outlet.name + " " + outlet.state;
+        }
         print(text, json.dump());
     } else {
         error("Unknown command \"" + command + "\": use announce, clear, open, pair, peers, status or quit.");

@@ -10,6 +10,9 @@
 namespace quillon::mesh {
 class ScriptureBridge;
 }
+namespace quillon::screens {
+class OutletHub;
+}
 
 namespace quillon::cli {
 
@@ -28,6 +31,8 @@ public:
     void run(std::istream& in);
     /// Runs one command line; false after "quit".
     bool handle(const std::string& line);
+    /// The screens outside the mesh that follow each announce and clear; listed by `status`.
+    void setOutlets(screens::OutletHub* outlets) { m_outlets = outlets; }
     /// Writes one event line; safe from any thread.
     void printEvent(const mesh::MeshEvent& event);
 
@@ -40,6 +45,7 @@ private:
     std::ostream& m_out;
     bool m_json;
     MeshSermonTools* m_tools;
+    screens::OutletHub* m_outlets = nullptr;
     std::mutex m_outputMutex;
     /// Reads the announced passage's text; loads each version once, on first use.
     scripture::BibleLoader m_bible;
