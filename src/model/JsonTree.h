@@ -18,7 +18,8 @@ namespace quillon::model {
 /// order mark skipped) and reads the same values: integers as signed when negative and unsigned
 /// otherwise, falling back to floating point when they do not fit; a repeated member name keeps
 /// its first position and its last value. Unlike nlohmann it refuses nesting deeper than
-/// `maximumDepth`, so hostile input cannot exhaust the stack of a recursive reader.
+/// `maximumDepth`, so hostile input cannot exhaust the stack of a recursive reader, and it refuses
+/// a NUL byte after the value, where nlohmann stops reading and accepts what came before.
 ///
 /// The parsed bytes must outlive the tree.
 class JsonTree {

@@ -1,0 +1,46 @@
+// Typed references arrive from the search box, imported documents, peers and model replies. A text
+// that parses prints as a reference that parses again to the same passage.
+#include "FuzzInput.h"
+
+#include "intelligence/FeatureText.h"
+#include "mesh/MeshScriptureReference.h"
+#include "scripture/ReferenceParser.h"
+#include "scripture/ScriptureLink.h"
+
+namespace {
+
+using namespace quillon;
+using fuzz::require;
+
+void checkReference(std::string_view text) {
+    const auto reference = scripture::parse(text);
+    if (!reference)
+        return;
+    require(reference->chapter >= 1);
+    const auto again = scripture::parse(reference->description());
+    require(again.has_value());
+    require(again->book == reference->book && again->chapter == reference->chapter);
+    require(again->firstVerse() == reference->firstVerse() && again->lastVerse() == reference->lastVerse());
+}
+
+void checkMeshReference(const std::string& text) {
+    const auto reference = mesh::MeshScriptureReference::parse(text);
+    if (!reference)
+        return;
+    require(mesh::MeshScriptureReference::parse(reference->description()) == reference);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text = fuzz::text(data, size);
+    checkReference(text);
+    checkMeshReference(std::string(text));
+    scripture::resolveBook(text);
+    scripture::normaliseBookName(text);
+    if (const auto scripture = scripture::scriptureFromLink(text))
+        require(scripture::scriptureFromLink(scripture::scriptureLink(*scripture)) == scripture);
+    for (const auto& named : intelligence::featureText::referencesIn(text))
+        require(intelligence::featureText::isWithin(named, named));
+    return 0;
+}
