@@ -3,13 +3,16 @@ BUILD_DIR  ?= build
 BUILD_TYPE ?= Release
 ARGS       ?=
 JOBS       ?= $(shell nproc)
+SANITIZE_DIR ?= build-sanitize
+FUZZ_DIR     ?= build-fuzz
+FUZZ_SECONDS ?= 60
 
 CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE)
 ifeq ($(CI),true)
 CMAKE_FLAGS += -DQUILLON_WERROR=ON
 endif
 
-.PHONY: all bootstrap configure build run test bench format clean
+.PHONY: all bootstrap configure build run test test-sanitize fuzz bench format clean
 
 all: build
 
@@ -31,6 +34,21 @@ run: bootstrap build
 test: bootstrap build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
+# The whole suite again with AddressSanitizer and UndefinedBehaviorSanitizer, in its own folder.
+test-sanitize: bootstrap
+	cmake -S . -B $(SANITIZE_DIR) $(CMAKE_FLAGS) -DQUILLON_ENABLE_ASAN=ON -DQUILLON_BUILD_BENCHMARKS=OFF
+	cmake --build $(SANITIZE_DIR) -j $(JOBS)
+	ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+	LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitize/lsan.supp \
+		ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
+
+# Every fuzz target for FUZZ_SECONDS each (clang + libFuzzer), in its own folder.
+fuzz: bootstrap
+	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+		-DQUILLON_BUILD_FUZZERS=ON -DQUILLON_BUILD_TESTS=OFF -DQUILLON_BUILD_BENCHMARKS=OFF
+	cmake --build $(FUZZ_DIR) -j $(JOBS) --target $$(ls tests/fuzz/corpus | sed 's/^/fuzz_/')
+	FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz $(FUZZ_DIR)
+
 bench: bootstrap build
 	@set -e; for b in $(BUILD_DIR)/bin/*_bench; do \
 		echo "== $$(basename $$b)"; $$b --benchmark_counters_tabular=true; \
@@ -41,4 +59,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs -r clang-format -i
 
 clean:
-	rm -rf $(BUILD_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)

@@ -12,7 +12,9 @@ function(quillon_set_warnings target)
         target_compile_options(${target} PRIVATE -Werror)
     endif()
     if(QUILLON_ENABLE_ASAN)
-        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-omit-frame-pointer)
+        # Undefined behaviour fails the test that meets it instead of scrolling past in its output.
+        target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                                                 -fno-omit-frame-pointer -g1)
         target_link_options(${target} PRIVATE -fsanitize=address,undefined)
     endif()
 endfunction()
