@@ -7,7 +7,6 @@
 #include <spdlog/spdlog.h>
 
 #include <algorithm>
-#include <fstream>
 
 namespace quillon::model {
 namespace fs = std::filesystem;
@@ -100,12 +99,8 @@ std::optional<fs::path> writeArchive(const std::vector<SermonNote>& sermons, Dat
                                      const fs::path& folder) {
     const fs::path file = folder / "Quillon.vrnsermons";
     try {
-        const std::string bytes = encodeArchive(sermons, exportDate);
-        std::ofstream out(file, std::ios::binary | std::ios::trunc);
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.close();
-        if (!out)
-            return std::nullopt;
+        // Atomic, so that a full disk leaves the previous archive (or none), never half of one.
+        platform::writeFileAtomically(file, encodeArchive(sermons, exportDate));
         return file;
     } catch (const std::exception& error) {
         spdlog::error("Failed to write the sermon archive: {}", error.what());

@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,11 +20,7 @@ FileError writeError(const fs::path& target, int error) {
 }
 
 fs::path temporarySibling(const fs::path& target) {
-    static thread_local std::mt19937_64 random{std::random_device{}()};
-    char suffix[17];
-    std::snprintf(suffix, sizeof suffix, "%016llx", static_cast<unsigned long long>(random()));
-    static_assert(temporaryNameExtraBytes == 1 + 1 + sizeof suffix - 1 + 4, "\".\" + name + \".\" + suffix + \".tmp\"");
-    return target.parent_path() / ("." + target.filename().string() + "." + suffix + ".tmp");
+    return target.parent_path() / workFileName::beside(target.filename().string(), ".tmp");
 }
 
 void writeAll(int fd, std::string_view bytes, const fs::path& target) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileError.h"
+#include "platform/WorkFileName.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -12,7 +13,7 @@ namespace quillon::platform {
 
 /// How many bytes the temporary file's name adds to the target's name; a name may be at most
 /// 255 bytes less this long to be written atomically.
-inline constexpr std::size_t temporaryNameExtraBytes = 22;
+inline constexpr std::size_t temporaryNameExtraBytes = 1 + 1 + workFileName::maximumTagBytes + 4;
 
 /// Test seam: called with the temporary file after its bytes are written and synced, before it
 /// replaces the target. A hook that throws simulates a crash in the middle of a save.

@@ -2,6 +2,7 @@
 
 #include "platform/AtomicFile.h"
 #include "platform/Paths.h"
+#include "platform/WorkFileName.h"
 
 #include <spdlog/spdlog.h>
 
@@ -25,6 +26,7 @@ std::string timestampForFileName() {
 } // namespace
 
 Preferences::Preferences(fs::path file) : m_file(std::move(file)) {
+    workFileName::removeAbandoned(m_file.parent_path());
     std::lock_guard lock(m_mutex);
     readFileLocked();
 }

@@ -2,10 +2,10 @@
 
 #include "model/SermonCoding.h"
 #include "model/SermonDocument.h"
-#include "model/Uuid.h"
 #include "platform/AtomicFile.h"
 #include "platform/FileError.h"
 #include "platform/PlatformWording.h"
+#include "platform/WorkFileName.h"
 #include "store/ByteCountFormatter.h"
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
@@ -122,10 +122,6 @@ private:
     bool m_keep = false;
 };
 
-std::string randomSuffix() {
-    return model::Uuid::random().text().substr(0, 8);
-}
-
 void writeAll(int fd, std::string_view bytes, const fs::path& target) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -150,7 +146,7 @@ void writeAllOrNothing(const std::vector<std::pair<fs::path, std::string>>& file
     try {
         for (const auto& [target, bytes] : files) {
             const fs::path temporary =
-                target.parent_path() / ("." + target.filename().string() + "." + randomSuffix() + ".restore");
+                target.parent_path() / platform::workFileName::beside(target.filename().string(), ".restore");
             const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
             if (fd < 0)
                 throw fileError("write", target, errno);
@@ -265,7 +261,9 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
         throw platform::FileError("Could not create “" + destinationFolder.filename().string() +
                                   "”: " + error.message() + ".");
     const std::string baseName = backupFolderName(now);
-    WorkFolder work(destinationFolder / ("." + baseName + "." + randomSuffix() + ".partial"));
+    // What a backup killed midway left here goes before this one starts.
+    platform::workFileName::removeAbandoned(destinationFolder);
+    WorkFolder work(destinationFolder / platform::workFileName::beside(baseName, ".partial"));
     platform::writeFileAtomically(work.path() / sermonsFileName, archive);
 
     const fs::path media = work.path() / mediaFolderName;
@@ -329,7 +327,7 @@ RestoreResult SermonBackupManager::restore(const fs::path& backupFolder, const S
     std::vector<std::string> staged;
     const fs::path backupMedia = backupFolder / mediaFolderName;
     if (fs::is_directory(fs::symlink_status(backupMedia, error))) {
-        staging.emplace(libraryMedia / (".restore-" + randomSuffix()));
+        staging.emplace(libraryMedia / platform::workFileName::beside("restore", ".staging"));
         for (fs::directory_iterator it(backupMedia, error), end; !error && it != end; it.increment(error)) {
             const std::string name = it->path().filename().string();
             const fs::file_status status = it->symlink_status(error);

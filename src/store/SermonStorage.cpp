@@ -4,6 +4,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/ParallelFor.h"
 #include "platform/Paths.h"
+#include "platform/WorkFileName.h"
 
 #include <nlohmann/json.hpp>
 #include <spdlog/spdlog.h>
@@ -138,6 +139,10 @@ bool SermonStorage::saveSermon(const model::SermonNote& sermon) const {
 SermonLoadResult SermonStorage::loadAllSermons() const {
     SermonLoadResult result;
     const fs::path folder = sermonsFolder();
+    // A save, restore or cover image cut off by a crash leaves its hidden work file; the file it
+    // was meant to replace is whole, so the work file only takes space.
+    platform::workFileName::removeAbandoned(folder);
+    platform::workFileName::removeAbandoned(mediaFolder());
     std::set<std::string> names;
     std::error_code error;
     for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
