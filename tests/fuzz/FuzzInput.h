@@ -3,9 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <string>
 #include <string_view>
 
 #include <spdlog/spdlog.h>
+
+#include <unistd.h>
 
 namespace quillon::fuzz {
 
@@ -23,5 +27,24 @@ inline void require(bool condition) {
     if (!condition)
         std::abort();
 }
+
+/// A folder of this process's own under the temporary folder, removed when the process exits.
+class ScratchFolder {
+public:
+    explicit ScratchFolder(const std::string& name)
+        : m_path(std::filesystem::temp_directory_path() / (name + "-" + std::to_string(::getpid()))) {
+        std::filesystem::create_directories(m_path);
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    const std::filesystem::path& path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
 
 } // namespace quillon::fuzz

@@ -12,12 +12,8 @@
 #include "platform/Preferences.h"
 #include "platform/SecretStore.h"
 
-#include <filesystem>
-#include <unistd.h>
-
 namespace {
 
-namespace fs = std::filesystem;
 using namespace quillon;
 using fuzz::require;
 
@@ -49,8 +45,9 @@ void checkChallenge(const mesh::SermonStudioMessage& message) {
 }
 
 void checkStoredRecord(std::string_view record) {
-    static const fs::path folder = fs::temp_directory_path() / ("quillon-fuzz-pairing-" + std::to_string(getpid()));
-    static platform::SecretStore secrets("fuzz", folder / "secrets.json", platform::SecretStore::Backend::fileOnly);
+    static const fuzz::ScratchFolder folder("quillon-fuzz-pairing");
+    static platform::SecretStore secrets("fuzz", folder.path() / "secrets.json",
+                                         platform::SecretStore::Backend::fileOnly);
     static platform::Preferences preferences = platform::Preferences::inMemory();
     static mesh::SuiteMeshPairingStore store(secrets, preferences);
     if (!secrets.write("peer", std::string(record)))

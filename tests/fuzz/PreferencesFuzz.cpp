@@ -11,7 +11,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <unistd.h>
 
 namespace {
 
@@ -19,12 +18,8 @@ namespace fs = std::filesystem;
 using namespace quillon;
 
 const fs::path& folder() {
-    static const fs::path shared = [] {
-        auto path = fs::temp_directory_path() / ("quillon-fuzz-preferences-" + std::to_string(getpid()));
-        fs::create_directories(path);
-        return path;
-    }();
-    return shared;
+    static const fuzz::ScratchFolder shared("quillon-fuzz-preferences");
+    return shared.path();
 }
 
 /// Every typed reader over every key the file names.

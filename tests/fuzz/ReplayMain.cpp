@@ -10,6 +10,8 @@
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+/// Optional in a target, as in libFuzzer: one-time set-up that is not timed as part of an input.
+extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* argc, char*** argv);
 
 namespace {
 
@@ -36,6 +38,8 @@ std::vector<std::filesystem::path> inputs(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    if (LLVMFuzzerInitialize)
+        LLVMFuzzerInitialize(&argc, &argv);
     const auto files = inputs(argc, argv);
     if (files.empty()) {
         std::fprintf(stderr, "no corpus files given\n");
