@@ -96,6 +96,10 @@ public:
             case '\n':
                 break;
             default:
+                // Other control characters are not text in RTF (a tab is written \tab); word
+                // processors ignore them, and keeping them would not survive writing back.
+                if (static_cast<unsigned char>(c) < 0x20 && c != '\t')
+                    break;
                 if (m_skipCharacters > 0) {
                     --m_skipCharacters;
                     break;
