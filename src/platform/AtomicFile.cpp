@@ -46,8 +46,13 @@ void syncFolder(const fs::path& folder) {
 } // namespace
 
 void writeFileAtomically(const fs::path& target, std::string_view bytes, const BeforeReplaceHook& beforeReplace) {
-    const fs::path temporary = temporarySibling(target);
+    fs::path temporary = temporarySibling(target);
     int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    // Two writes of one file in this process may, rarely, draw the same short name.
+    for (int attempt = 0; fd < 0 && errno == EEXIST && attempt < 8; ++attempt) {
+        temporary = temporarySibling(target);
+        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    }
     if (fd < 0)
         throw writeError(target, errno);
     try {

@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <random>
 #include <signal.h>
@@ -16,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// FNV-1a of the host name: the same in every build and every process on this computer.
+/// 16 bits of FNV-1a of the host name: the same in every build and every process on this computer.
 std::string hostHash() {
     char host[256] = {};
     if (::gethostname(host, sizeof host - 1) != 0)
@@ -24,8 +25,8 @@ std::string hostHash() {
     std::uint32_t hash = 2166136261u;
     for (const char* c = host; *c; ++c)
         hash = (hash ^ static_cast<unsigned char>(*c)) * 16777619u;
-    char text[9];
-    std::snprintf(text, sizeof text, "%08x", hash);
+    char text[5];
+    std::snprintf(text, sizeof text, "%04x", static_cast<unsigned>((hash ^ hash >> 16) & 0xffffu));
     return text;
 }
 
@@ -47,8 +48,10 @@ std::optional<pid_t> localProcess(std::string_view tag) {
     if (tag.substr(0, firstDash) != thisHost() || !isHex(tag.substr(secondDash + 1)))
         return std::nullopt;
     const std::string_view digits = tag.substr(firstDash + 1, secondDash - firstDash - 1);
+    if (!isHex(digits))
+        return std::nullopt;
     pid_t pid = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), pid);
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), pid, 16);
     if (error != std::errc() || end != digits.data() + digits.size() || pid <= 0)
         return std::nullopt;
     return pid;
@@ -58,9 +61,13 @@ std::optional<pid_t> localProcess(std::string_view tag) {
 
 std::string tag() {
     static thread_local std::mt19937_64 random{std::random_device{}()};
-    char text[64];
-    std::snprintf(text, sizeof text, "%s-%d-%016llx", thisHost().c_str(), static_cast<int>(::getpid()),
-                  static_cast<unsigned long long>(random()));
+    char process[16];
+    std::snprintf(process, sizeof process, "%x", static_cast<unsigned>(::getpid()));
+    // The random part fills the tag to its full length: at least 4 hex digits.
+    const int randomDigits = static_cast<int>(maximumTagBytes - thisHost().size() - 2 - std::strlen(process));
+    char text[maximumTagBytes + 1];
+    std::snprintf(text, sizeof text, "%s-%s-%0*llx", thisHost().c_str(), process, randomDigits,
+                  static_cast<unsigned long long>(random() & ((1ull << (4 * randomDigits)) - 1)));
     return text;
 }
 

@@ -12,10 +12,12 @@ namespace quillon::platform {
 /// another process's, or another computer's in a synced folder.
 namespace workFileName {
 
-/// "<host hash>-<pid>-<random>": unique to this call, this process and this computer.
+/// The length of every tag, kept short so that long file names still fit beside it.
+inline constexpr std::size_t maximumTagBytes = 16;
+
+/// "<host hash>-<pid>-<random>" in hex, 16 characters: unique to this computer and process, and
+/// random enough that writes in one process seldom collide (a collision is retried).
 std::string tag();
-/// The longest tag: 8 hex digits, a process id of up to 7 digits, 16 hex digits, two dashes.
-inline constexpr std::size_t maximumTagBytes = 8 + 1 + 7 + 1 + 16;
 
 /// "." + `name` + "." + tag() + `suffix`: hidden, beside the file it will become.
 std::string beside(std::string_view name, std::string_view suffix);

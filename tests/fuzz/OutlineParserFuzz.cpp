@@ -2,7 +2,7 @@
 // topic, sub-topic and scripture of it is numbered in order.
 #include "FuzzInput.h"
 
-#include "export/DocumentImporter.h"
+#include "export/MarkdownReader.h"
 #include "export/LibraryReferences.h"
 #include "export/OutlineParser.h"
 
@@ -17,6 +17,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (std::size_t s = 0; s < sermon.topics[t].subTopics.size(); ++s)
             require(sermon.topics[t].subTopics[s].sortOrder == static_cast<int>(s));
     }
-    parser.parse(DocumentImporter::markdownLines(text));
+    parser.parse(MarkdownReader::read(text));
     return 0;
 }

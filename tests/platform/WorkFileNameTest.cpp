@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,8 +26,11 @@ pid_t finishedProcess() {
 std::string madeBy(pid_t pid, std::string_view name, std::string_view suffix) {
     std::string own = workFileName::beside(name, suffix);
     // ".<name>.<host>-<pid>-<random><suffix>": put `pid` in place of this process's.
-    const std::string ownPid = "-" + std::to_string(::getpid()) + "-";
-    own.replace(own.find(ownPid), ownPid.size(), "-" + std::to_string(pid) + "-");
+    char hex[16];
+    std::snprintf(hex, sizeof hex, "%x", static_cast<unsigned>(::getpid()));
+    const std::string ownPid = "-" + std::string(hex) + "-";
+    std::snprintf(hex, sizeof hex, "%x", static_cast<unsigned>(pid));
+    own.replace(own.find(ownPid), ownPid.size(), "-" + std::string(hex) + "-");
     return own;
 }
 
@@ -36,6 +40,7 @@ TEST(WorkFileName, tellsALeftoverOfAGoneProcessFromWorkInProgress) {
     EXPECT_TRUE(live.starts_with(".sermon.json."));
     EXPECT_TRUE(live.ends_with(".tmp"));
     EXPECT_NE(workFileName::beside("sermon.json", ".tmp"), live);
+    EXPECT_EQ(live.size(), std::string(".sermon.json.").size() + workFileName::maximumTagBytes + 4);
 
     struct Case {
         std::string name;
@@ -47,7 +52,7 @@ TEST(WorkFileName, tellsALeftoverOfAGoneProcessFromWorkInProgress) {
         {live, false},
         {madeBy(1, "sermon.json", ".tmp"), false}, // still running
         // Another computer's work in a synced folder: its process ids mean nothing here.
-        {".sermon.json.0badc0de-" + std::to_string(gone) + "-00ff.tmp", false},
+        {".sermon.json.0bad-1-00000000ff.tmp", false},
         {madeBy(gone, "sermon.json", ".tmp").substr(1), false}, // not hidden
         {".sermon.json.tmp", false},
         {".x.y", false},
