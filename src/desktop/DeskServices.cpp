@@ -12,13 +12,13 @@ DeskServices::DeskServices(std::filesystem::path preferencesFile, std::optional<
     m_versions = std::make_unique<store::SermonVersionHistory>([storage = m_storage.get()] { return storage->root(); },
                                                                *m_preferences);
     m_manager->setVersionHistoryHook(m_versions.get());
+    m_controller = std::make_unique<app::SermonNotesViewModel>(*m_manager, *m_preferences, m_verseText);
 }
 
 DeskServices::~DeskServices() = default;
 
 void DeskServices::load() {
-    m_manager->load();
-    m_manager->seedSampleSermons();
+    m_controller->start();
 }
 
 intelligence::CommentaryLibrary& DeskServices::commentaries() {

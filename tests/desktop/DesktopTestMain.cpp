@@ -13,13 +13,15 @@ std::unique_ptr<QObject> makeSidebarTest();
 std::unique_ptr<QObject> makeBiblePanelTest();
 std::unique_ptr<QObject> makeWindowTest();
 std::unique_ptr<QObject> makeInstanceTest();
+std::unique_ptr<QObject> makeEditorTest();
+std::unique_ptr<QObject> makeOutlineModelTest();
+std::unique_ptr<QObject> makeEditingTest();
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
-        {"sidebar", makeSidebarTest},
-        {"bible", makeBiblePanelTest},
-        {"window", makeWindowTest},
-        {"instance", makeInstanceTest},
+        {"sidebar", makeSidebarTest},   {"bible", makeBiblePanelTest}, {"window", makeWindowTest},
+        {"instance", makeInstanceTest}, {"editor", makeEditorTest},    {"outline", makeOutlineModelTest},
+        {"editing", makeEditingTest},
     };
     if (argc < 2 || !suites.contains(argv[1])) {
         std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");

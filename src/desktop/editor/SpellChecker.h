@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <set>
+#include <string>
+
+class Hunspell;
+
+namespace quillon::scripture {
+class BibleLoader;
+}
+
+namespace quillon::desktop {
+
+/// Hunspell with the American English dictionary (UTF-8), plus the words of the installed Bible texts
+/// (names and places such as "Melchizedek" or "Capernaum" are spelt as the Bible spells them).
+/// Without a dictionary every word counts as correct. Main thread only.
+class SpellChecker {
+public:
+    /// Opens the dictionary in `folder` ("/usr/share/hunspell" when empty) named `language`.
+    explicit SpellChecker(const QString& language = QStringLiteral("en_US"), const QString& folder = {});
+    ~SpellChecker();
+    SpellChecker(const SpellChecker&) = delete;
+    SpellChecker& operator=(const SpellChecker&) = delete;
+
+    bool isAvailable() const { return m_hunspell != nullptr; }
+    bool isCorrect(const QString& word) const;
+    QStringList suggestions(const QString& word) const;
+    /// Accepts each word as correctly spelt from now on.
+    void accept(const std::set<std::string>& words);
+
+private:
+    std::unique_ptr<Hunspell> m_hunspell;
+};
+
+/// Every word of the Bible texts on this computer, for SpellChecker::accept; the loader is
+/// thread-safe, so this runs off the interface thread.
+std::set<std::string> bibleVocabulary(scripture::BibleLoader& loader);
+
+} // namespace quillon::desktop
