@@ -570,7 +570,9 @@ void MainWindow::duplicateSelected() {
     const model::SermonNote* sermon = controller.selectedSermon();
     if (!sermon)
         return;
-    controller.duplicateSermon(sermon->id);
+    model::SermonNote copy = controller.store().duplicate(*sermon);
+    onLibraryChanged();
+    controller.selectSermon(copy.id);
 }
 
 // Window ----------------------------------------------------------------------------------------

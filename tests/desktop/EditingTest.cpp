@@ -165,10 +165,10 @@ private slots:
         auto decoded = model::decodeSermonNote(model::OrderedJSON::parse(fileText(desk.file())));
         QCOMPARE(decoded.notes, std::string("Hope is alive"));
         QVERIFY(decoded.notesRTFData.has_value());
-        QTest::keyClick(notes, Qt::Key_Z, Qt::ControlModifier);
+        child<QAction>(desk.window.get(), "undoAction")->trigger();
         QCOMPARE(desk.stored().notes, std::string());
         QCOMPARE(notes->toPlainText(), QString());
-        QTest::keyClick(notes, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        child<QAction>(desk.window.get(), "redoAction")->trigger();
         QCOMPARE(notes->toPlainText(), QStringLiteral("Hope is alive"));
     }
 

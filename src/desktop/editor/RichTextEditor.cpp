@@ -72,6 +72,18 @@ void RichTextEditor::recheckSpelling() {
     }
 }
 
+bool RichTextEditor::event(QEvent* event) {
+    // Undo and redo belong to the whole sermon: leave the keys to the window's actions.
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+            event->ignore();
+            return false;
+        }
+    }
+    return QTextEdit::event(event);
+}
+
 void RichTextEditor::keyPressEvent(QKeyEvent* event) {
     const bool control = event->modifiers() & Qt::ControlModifier;
     const bool shift = event->modifiers() & Qt::ShiftModifier;
@@ -87,7 +99,6 @@ void RichTextEditor::keyPressEvent(QKeyEvent* event) {
         return toggleList(QTextListFormat::ListDecimal);
     if (control && event->key() == Qt::Key_K)
         return insertLink();
-    // Undo and redo belong to the whole sermon (the window's actions), not to this one field.
     if (event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
         event->ignore();
         return;
