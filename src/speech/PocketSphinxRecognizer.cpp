@@ -10,6 +10,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -43,52 +44,60 @@ std::string spelling(const char* word) {
     return text;
 }
 
-/// The reference model as a file, for sphinxbase reads models only from files; removed again at
-/// once. Empty when no temporary file could be written.
-std::filesystem::path writeReferenceModel() {
-    std::string name = (std::filesystem::temp_directory_path() / "quillon-references-XXXXXX").string();
+/// `text` in a temporary file, for sphinxbase reads models and dictionaries only from files; the
+/// caller removes it once read. Empty when no temporary file could be written.
+std::filesystem::path temporaryFile(const std::string& text) {
+    std::string name = (std::filesystem::temp_directory_path() / "quillon-speech-XXXXXX").string();
     const int descriptor = mkstemp(name.data());
     if (descriptor < 0)
         return {};
     close(descriptor);
-    std::ofstream(name, std::ios::binary) << referenceLanguageModel::arpa();
+    std::ofstream(name, std::ios::binary) << text;
     return name;
 }
 
-/// Mixes the reference model into the decoder's general model and teaches it the missing book
-/// names. Without this, most book names cannot be heard at all ("Philippians" is not in the stock
-/// dictionary) and "chapter three verse sixteen" loses to likelier everyday phrases.
-void teachReferences(ps_decoder_t* decoder, cmd_ln_t* config) {
-    for (const auto& [word, phones] : referenceLanguageModel::pronunciations())
-        ps_add_word(decoder, std::string(word).c_str(), std::string(phones).c_str(), FALSE);
-    ngram_model_t* general = ps_get_lm(decoder, ps_get_search(decoder));
-    const std::filesystem::path file = writeReferenceModel();
-    if (!general || file.empty()) {
-        spdlog::warn("Speech recognition runs without the scripture reference model.");
-        return;
-    }
-    ngram_model_t* references = ngram_model_read(config, file.c_str(), NGRAM_ARPA, ps_get_logmath(decoder));
+void removeQuietly(const std::filesystem::path& file) {
     std::error_code ignored;
     std::filesystem::remove(file, ignored);
+}
+
+/// The stock dictionary with the book names it cannot spell ("Philippians", "Ephesians"). Adding
+/// them to a running decoder would also add them to the general model's binary trie, which cannot
+/// score words it was not built with.
+std::string dictionaryWithBookNames(const std::filesystem::path& stock) {
+    std::ifstream in(stock, std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (!text.empty() && text.back() != '\n')
+        text += '\n';
+    for (const auto& [word, phones] : referenceLanguageModel::pronunciations())
+        text += std::string(word) + " " + std::string(phones) + "\n";
+    return text;
+}
+
+/// The general English model mixed with the reference model, so "chapter three verse sixteen"
+/// wins over likelier everyday phrases; the general model alone when the mix cannot be made.
+ngram_model_t* mixedLanguageModel(cmd_ln_t* config, logmath_t* logmath, const std::filesystem::path& generalFile) {
+    ngram_model_t* general = ngram_model_read(config, generalFile.c_str(), NGRAM_AUTO, logmath);
+    if (!general)
+        return nullptr;
+    const std::filesystem::path file = temporaryFile(referenceLanguageModel::arpa());
+    ngram_model_t* references = file.empty() ? nullptr : ngram_model_read(config, file.c_str(), NGRAM_ARPA, logmath);
+    removeQuietly(file);
     if (!references) {
         spdlog::warn("Speech recognition runs without the scripture reference model.");
-        return;
+        return general;
     }
-    ngram_model_t* models[] = {ngram_model_retain(general), references};
+    ngram_model_t* models[] = {general, references};
     const char* names[] = {"general", "references"};
     // A small share is enough: the reference model only has to tip close calls between phrases.
     const float32 weights[] = {0.8f, 0.2f};
     ngram_model_t* mixed = ngram_model_set_init(config, models, const_cast<char**>(names), weights, 2);
     if (!mixed) {
-        ngram_model_free(general);
         ngram_model_free(references);
-        return;
+        return general;
     }
     ngram_model_set_interp(mixed, names, weights);
-    // The search takes the mixed model over. Releases of sphinxbase differ in whether a set retains
-    // its members, so nothing more is released here: at worst the models stay until the process ends.
-    if (ps_set_lm(decoder, "references", mixed) == 0)
-        ps_set_search(decoder, "references");
+    return mixed;
 }
 
 } // namespace
@@ -138,20 +147,26 @@ PocketSphinxRecognizer::PocketSphinxRecognizer(const std::filesystem::path& mode
     if (!isInstalled(modelFolder))
         throw TranscriptionError("Quillon could not find the speech model in " + modelFolder.string() + ".");
     const std::string hmm = acousticModel(modelFolder).string();
-    const std::string lm = languageModel(modelFolder).string();
-    const std::string dict = dictionary(modelFolder).string();
+    const std::filesystem::path dict = temporaryFile(dictionaryWithBookNames(dictionary(modelFolder)));
+    if (dict.empty())
+        throw TranscriptionError("Quillon could not start the speech recogniser.");
     // No second (flat) pass keeps decoding well ahead of real time on a small machine and loses
     // little on sermon speech. No dither, so the same recording always gives the same transcript.
-    std::vector<const char*> arguments = {"-hmm",       hmm.c_str(), "-lm",       lm.c_str(), "-dict",
-                                          dict.c_str(), "-logfn",    "/dev/null", "-fwdflat", "no"};
+    // The language model is given after the decoder starts, mixed with the reference model.
+    std::vector<const char*> arguments = {"-hmm",   hmm.c_str(), "-dict",    dict.c_str(),
+                                          "-logfn", "/dev/null", "-fwdflat", "no"};
     m_impl->config = cmd_ln_parse_r(nullptr, ps_args(), static_cast<int>(arguments.size()),
                                     const_cast<char**>(arguments.data()), FALSE);
-    if (!m_impl->config)
-        throw TranscriptionError("Quillon could not start the speech recogniser.");
-    m_impl->decoder = ps_init(m_impl->config);
+    m_impl->decoder = m_impl->config ? ps_init(m_impl->config) : nullptr;
+    removeQuietly(dict);
     if (!m_impl->decoder)
         throw TranscriptionError("Quillon could not load the speech model in " + modelFolder.string() + ".");
-    teachReferences(m_impl->decoder, m_impl->config);
+    ngram_model_t* model =
+        mixedLanguageModel(m_impl->config, ps_get_logmath(m_impl->decoder), languageModel(modelFolder));
+    // The search takes the model over. Releases of sphinxbase differ in whether a search retains
+    // the model it is given, so it is not released here: at worst it stays until the process ends.
+    if (!model || ps_set_lm(m_impl->decoder, "sermon", model) < 0 || ps_set_search(m_impl->decoder, "sermon") < 0)
+        throw TranscriptionError("Quillon could not load the speech model in " + modelFolder.string() + ".");
 }
 
 PocketSphinxRecognizer::~PocketSphinxRecognizer() = default;
