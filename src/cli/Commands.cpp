@@ -37,6 +37,7 @@
 #include "cli/TagCommand.h"
 #include "cli/TemplatesCommand.h"
 #include "cli/TopicCommand.h"
+#include "cli/TranscribeCommand.h"
 #include "cli/TrashCommand.h"
 #include "cli/VersionsCommand.h"
 
@@ -85,6 +86,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(std::make_unique<RestoreCommand>());
     commands.push_back(std::make_unique<SamplesCommand>());
     commands.push_back(std::make_unique<SearchCommand>());
+    commands.push_back(std::make_unique<TranscribeCommand>());
     return commands;
 }
 
