@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace quillon::app {
 namespace {
 
@@ -306,7 +308,7 @@ TEST(SermonNotesViewModel, metadataNotesAndScriptureDetailsAreWrittenInOneUpdate
     EXPECT_TRUE(desk.setWordHighlight(sermon.id, scriptureId, 3, std::nullopt));
     EXPECT_TRUE(desk.setLineBreak(sermon.id, scriptureId, 2, true));
     EXPECT_TRUE(desk.setLineBreak(sermon.id, scriptureId, 5, false));
-    const auto jpeg = std::string("\xFF\xD8\xFF\xE0 cover", 10);
+    const auto jpeg = "\xFF\xD8\xFF\xE0 cover"s;
     EXPECT_TRUE(desk.setCoverImage(sermon.id, jpeg));
 
     const auto saved = onDisk(harness, sermon.id);

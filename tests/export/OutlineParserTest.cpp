@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace quillon::exports {
 
 namespace {
@@ -109,7 +111,7 @@ TEST(OutlineParser, survivesInputThatIsNoOutline) {
     OutlineParser parser(testing::fakeRecognizer());
     EXPECT_TRUE(parser.parse("").topics.empty());
     EXPECT_TRUE(parser.parse("\n\n\r\n").title.empty());
-    const auto binary = parser.parse(std::string("\xFF\xFE\x00\x01I. x", 9));
+    const auto binary = parser.parse("\xFF\xFE\x00\x01I. x"s);
     EXPECT_LE(binary.topics.size(), 1u);
     const auto noRecognizer = OutlineParser(nullptr).parse("I. A\nJohn 3:16");
     EXPECT_EQ(shape(noRecognizer), (std::vector<std::string>{"T:A", "D:John 3:16"}));

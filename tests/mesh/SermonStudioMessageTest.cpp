@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+using namespace std::string_literals;
+
 namespace quillon::mesh {
 namespace {
 
@@ -36,7 +38,7 @@ TEST(SermonStudioMessage, bodyIsCompactJsonWithEscapesAndRepairedText) {
     const std::vector<std::map<std::string, std::string>> payloads{
         {},
         {{"reference", "John 3:16"}, {"book", "John"}, {"text", std::string(70000, 'a')}},
-        {{"quote\"d", "back\\slash\ttab\nline\r\b\f"}, {"ctl", std::string("\x01\x1f\x7f nul ", 9) + '\0'}},
+        {{"quote\"d", "back\\slash\ttab\nline\r\b\f"}, {"ctl", "\x01\x1f\x7f nul "s + '\0'}},
         {{"text", "caf\xC3\xA9 \xF0\x9F\x98\x80 \xE2\x88\x91"}, {"broken", "\xff\xfe cut \xF0\x9F\x98"}},
     };
     for (const auto& payload : payloads) {
@@ -100,7 +102,7 @@ TEST(SermonStudioMessage, frameLengthsOutsideOneToTenMillionAreRefused) {
             EXPECT_EQ(*acceptedFrameLength(bytes), c.length);
         }
     }
-    EXPECT_EQ(frameHeader(0x01020304), std::string("\x01\x02\x03\x04", 4));
+    EXPECT_EQ(frameHeader(0x01020304), "\x01\x02\x03\x04"s);
 }
 
 TEST(MeshScriptureReference, readsPayloadFieldsOrThePrintedReference) {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace quillon::model {
 namespace {
 
@@ -95,7 +97,7 @@ TEST(JsonTree, acceptsAndReadsExactlyWhatNlohmannDoes) {
         "", " ", "{", "[1,]", R"({"a" 1})", R"({"a": 1,})", "01", "1.", ".5", "-", "+1", "1e", "1e400", "-1e400", "tru",
         "nul", "falsey", R"("abc)", "\"\x01\"", R"("\u12")", R"("\ud800")", R"("\udc00")", R"("\ud800\u0041")",
         R"("\q")", "\"\xC0\x80\"", "\"\xED\xA0\x80\"", "\"\xF4\x90\x80\x80\"", "\"\xE0\x80\x80\"", "\"\xFF\"",
-        "\"\xC3\"", "{} x", "[1] [2]", "\xEF\xBB{}", "'a'", "[1 2]", "{1: 2}", std::string("[\"a\"\0]", 6)};
+        "\"\xC3\"", "{} x", "[1] [2]", "\xEF\xBB{}", "'a'", "[1 2]", "{1: 2}", "[\"a\"\0]"s};
     for (const std::string& text : texts) {
         std::optional<Json> expected;
         try {

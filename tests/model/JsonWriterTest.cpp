@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 
+using namespace std::string_literals;
+
 namespace quillon::model {
 namespace {
 
@@ -30,7 +32,7 @@ std::vector<std::pair<std::string, SermonNote>> sermonCases() {
     SermonNote full = makeSermon("Every field");
     full.series = "Romans";
     full.venue = "Main hall";
-    full.notesRTFData = std::string("{\\rtf1\0\xff}", 10);
+    full.notesRTFData = "{\\rtf1\0\xff}"s;
     full.textColorHex = "#336699";
     full.coverImageFileName = full.id.text() + "_cover.jpg";
     full.topics[0].detailsRTFData = std::string("x");
@@ -54,7 +56,7 @@ std::vector<std::pair<std::string, SermonNote>> sermonCases() {
     cases.emplace_back("no topics", noTopics);
 
     SermonNote text = makeSermon("Quotes \" and \\ slashes / and\ttabs\r\n\b\f");
-    text.notes = std::string("control \x01\x1f\x7f and nul ", 26) + std::string(1, '\0') + " café 😀 ∑";
+    text.notes = "control \x01\x1f\x7f and nul "s + std::string(1, '\0') + " café 😀 ∑";
     text.speaker = "\xff\xfe broken";
     text.tags = {"a\xC3", "\xED\xA0\x80 surrogate", "\xF0\x9F\x98 cut", "ok"};
     cases.emplace_back("escaping and broken UTF-8", text);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace quillon::model {
 namespace {
 
@@ -104,7 +106,7 @@ TEST(SermonCoding, roundTripKeepsEveryField) {
     SermonNote sermon = decodeSermonNote(parsed(minimalSermon));
     sermon.series = "Romans";
     sermon.venue = "Main hall";
-    sermon.notesRTFData = std::string("{\\rtf1\0\xff}", 10);
+    sermon.notesRTFData = "{\\rtf1\0\xff}"s;
     sermon.textColorHex = "#336699";
     sermon.coverImageFileName = sermon.id.text() + "_cover.jpg";
     sermon.tags = {"grace", "hope"};

@@ -6,6 +6,8 @@
 
 #include <unordered_set>
 
+using namespace std::string_literals;
+
 namespace quillon::model {
 namespace {
 
@@ -39,7 +41,7 @@ TEST(DateTime, acceptsOnlyWholeSecondUtc) {
 
 TEST(Base64, roundTripsAndRejectsDamage) {
     for (std::string bytes :
-         {std::string(""), std::string("f"), std::string("fo"), std::string("foo"), std::string("\0\xff\x10rtf", 6)})
+         {std::string(""), std::string("f"), std::string("fo"), std::string("foo"), "\0\xff\x10rtf"s})
         EXPECT_EQ(decodeBase64(encodeBase64(bytes)), bytes);
     EXPECT_EQ(encodeBase64("foob"), "Zm9vYg==");
     for (const char* bad : {"Zm9vYg=", "Zm9v Yg==", "Zm=vYg==", "Zm9vYg=a", "@@@@"})

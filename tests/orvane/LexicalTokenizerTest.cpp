@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace std::string_literals;
+
 namespace orvane {
 namespace {
 
@@ -57,7 +59,7 @@ TEST(LexicalTokenizer, anyBytesGiveTokensWithoutCrashing) {
         "praise \xf0\x9f\x99\x8f\xf0\x9f\x8f\xbd hands",
         "e\u0301\u0301\u0301 \u0301\u0301 zalgo",
         "\u202e\u0645\u0631\u062d\u0628\u0627 abc",
-        std::string("nul\0inside", 10),
+        "nul\0inside"s,
         "\u200b\u200d\ufeff",
     };
     for (const std::string& input : inputs) {

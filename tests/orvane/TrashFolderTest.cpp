@@ -11,6 +11,8 @@
 #include <ctime>
 #include <optional>
 
+using namespace std::string_literals;
+
 namespace {
 using namespace std::chrono;
 using orvane::TrashFolder;
@@ -53,7 +55,7 @@ TEST(TrashFolder, refusesIdentitiesThatWouldLeaveTheFolder) {
     TrashFolder trash(root / "Trash", clock);
     root.write("outside.json", "{}");
 
-    for (const std::string& id : std::vector<std::string>{"", ".", "..", "../outside", "a/b", std::string("a\0b", 3)}) {
+    for (const std::string& id : std::vector<std::string>{"", ".", "..", "../outside", "a/b", "a\0b"s}) {
         SCOPED_TRACE(id);
         EXPECT_THROW(trash.put(id, "{}"), quillon::platform::FileError);
         EXPECT_FALSE(trash.item(id));

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+using namespace std::string_literals;
+
 namespace quillon::screens {
 namespace {
 
@@ -136,7 +138,7 @@ TEST(LivePageServerTest, MalformedRequestsCloseTheirConnectionAndTheServerKeepsS
         "NOT HTTP AT ALL\r\n\r\n",
         "GET / HTTP/1.1\r\nHost: x\r\nX-Long: " + std::string(20'000, 'a') + "\r\n\r\n",
         "GET / HTTP/1.1\r\nHost: x\r\nContent-Length: 999999\r\n\r\nabc",
-        std::string("\0\0\0\0GET", 7),
+        "\0\0\0\0GET"s,
     };
     for (const auto& input : inputs) {
         auto answer = testing::rawExchange(server.port(), input);

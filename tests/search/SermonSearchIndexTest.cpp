@@ -6,6 +6,8 @@
 
 #include <chrono>
 
+using namespace std::string_literals;
+
 namespace quillon::search {
 namespace {
 
@@ -147,7 +149,7 @@ TEST(SermonSearchIndex, fingerprintFollowsIdsDatesAndLibraryOrder) {
 }
 
 TEST(SermonSearchIndex, brokenTextNeitherBreaksIndexingNorSearching) {
-    auto broken = sermon("Grace \xff\xfe", std::string("Mercy \xc3 endures\0 forever", 26), {"\xe2\x82"});
+    auto broken = sermon("Grace \xff\xfe", "Mercy \xc3 endures\0 forever"s, {"\xe2\x82"});
     auto emptyTitle = sermon("", "");
     const std::vector<model::SermonNote> library{broken, emptyTitle};
     SermonSearchIndex index;

@@ -13,6 +13,8 @@
 #include <set>
 #include <sstream>
 
+using namespace std::string_literals;
+
 namespace quillon::speech {
 namespace {
 
@@ -236,7 +238,7 @@ TEST(TranscriptionEndpoint, readsVerboseAndPlainReplies) {
     const std::string wav = TranscriptionEndpoint::wavFile({1, -1});
     EXPECT_EQ(wav.size(), 48u);
     EXPECT_EQ(wav.substr(0, 4), "RIFF");
-    EXPECT_EQ(wav.substr(44), std::string("\x01\x00\xff\xff", 4));
+    EXPECT_EQ(wav.substr(44), "\x01\x00\xff\xff"s);
 }
 
 } // namespace
