@@ -9,6 +9,7 @@
 #include "platform/Paths.h"
 #include "platform/Preferences.h"
 #include "platform/SecretStore.h"
+#include "screens/OpenLpOptions.h"
 
 #include <nlohmann/json.hpp>
 
@@ -51,6 +52,18 @@ void MeshCommand::configure(CLI::App& command) {
                         "Address the page listens on (default 127.0.0.1; any other needs the URL's token)");
     m_serve->add_option("--live-page-port", m_outlets.livePagePort, "The page's port (default 7316; 0 picks any)")
         ->check(CLI::Range(0, 65535));
+    m_serve->add_flag("--openlp", m_outlets.openLp,
+                      "Make each passage live in OpenLP (default: Quillon.screens.openlp)");
+    m_serve->add_option("--openlp-address", m_outlets.openLpAddress,
+                        "OpenLP's remote API as host:port (default: Quillon.screens.openlp.address, else "
+                        "127.0.0.1:4316)");
+    m_serve->add_flag("--bible-sync", m_outlets.bibleSync,
+                      "Announce each passage to Xiphos and BibleTime over BibleSync (default: "
+                      "Quillon.screens.bibleSync)");
+    m_openLpLogin = command.add_subcommand(
+        "openlp-login", "Keep OpenLP's remote login: the user in the preferences, the password (one line on stdin) "
+                        "in the Secret Service");
+    m_openLpLogin->add_option("--user", m_openLpUser, "The user name set in OpenLP's remote settings")->required();
     m_pairings = command.add_subcommand("pairings", "List the peers this desk is paired with");
     m_unpair = command.add_subcommand("unpair", "Remove the stored pairing with a peer");
     m_unpair->add_option("peer", m_peer, "The peer's name, as listed by `mesh pairings`")->required();
@@ -61,6 +74,8 @@ int MeshCommand::execute(CommandContext& context) {
         return serve(context);
     if (m_pairings->parsed())
         return pairings(context);
+    if (m_openLpLogin->parsed())
+        return openLpLogin(context);
     return unpair(context);
 }
 
@@ -86,7 +101,8 @@ int MeshCommand::serve(CommandContext& context) {
     mesh::ScriptureBridge bridge(settings, files.store, mainThread.executor());
     MeshServeSession session(bridge, context.out, context.json, &tools);
     bridge.onEvent = [&session](const mesh::MeshEvent& event) { session.printEvent(event); };
-    auto outlets = startScreenOutlets(library.preferences(), m_outlets);
+    // Declared after the bridge, so the outlets stop before it goes.
+    auto outlets = screens::attachScreenOutlets(bridge, library.preferences(), m_outlets);
     session.setOutlets(outlets.get());
     bridge.start();
     if (bridge.plainPort() == 0 && bridge.securePort() == 0) {
@@ -119,6 +135,24 @@ int MeshCommand::pairings(CommandContext& context) {
         context.out << list.dump(2) << "\n";
     else if (files.store.pairedPeerNames().empty())
         context.out << "No pairings.\n";
+    return 0;
+}
+
+int MeshCommand::openLpLogin(CommandContext& context) {
+    std::string password;
+    std::getline(std::cin, password);
+    if (!password.empty() && password.back() == '\r')
+        password.pop_back();
+    platform::Preferences preferences(platform::preferencesFile());
+    const std::string service = screens::OpenLpOptions::secretService();
+    platform::SecretStore secrets(service, platform::SecretStore::defaultFallbackFile(service));
+    if (!secrets.write(m_openLpUser, password))
+        throw UserError("Quillon could not keep OpenLP's password; see the log for the reason.");
+    preferences.set("Quillon.screens.openlp.user", m_openLpUser);
+    if (context.json)
+        context.out << nlohmann::json{{"openlpUser", m_openLpUser}, {"secretStored", true}}.dump() << "\n";
+    else
+        context.out << "Quillon will log in to OpenLP as " << m_openLpUser << ".\n";
     return 0;
 }
 

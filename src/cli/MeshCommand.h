@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cli/Command.h"
-#include "cli/ScreenOutlets.h"
+#include "screens/ScreenOutlets.h"
 
 #include <cstdint>
 
@@ -19,6 +19,7 @@ private:
     int serve(CommandContext& context);
     int pairings(CommandContext& context);
     int unpair(CommandContext& context);
+    int openLpLogin(CommandContext& context);
 
     CLI::App* m_serve = nullptr;
     CLI::App* m_pairings = nullptr;
@@ -29,7 +30,9 @@ private:
     bool m_noDiscovery = false;
     std::string m_peer;
     std::string m_sermon;
-    ScreenOutletChoices m_outlets;
+    screens::ScreenOutletChoices m_outlets;
+    CLI::App* m_openLpLogin = nullptr;
+    std::string m_openLpUser;
 };
 
 } // namespace quillon::cli

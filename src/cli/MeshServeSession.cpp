@@ -131,17 +131,13 @@ bool MeshServeSession::handle(const std::string& commandLine) {
         }
         mesh::LiveScripture live{reference->description(), reference->book.name, std::string(model::rawValue(version)),
                                  passageText(*reference, version)};
-        m_bridge.announce(live);
-        if (m_outlets)
-            m_outlets->show(live);
+        m_bridge.announce(live); // the screens beyond the mesh follow the bridge
         print("announced " + live.reference + " (" + live.version + ")",
               nlohmann::json{{"event", "announced"}, {"reference", live.reference}, {"version", live.version}}.dump());
     } else if (command == "open") {
         open(rest);
     } else if (command == "clear") {
         m_bridge.clear();
-        if (m_outlets)
-            m_outlets->clear();
         print("cleared", R"({"event":"cleared"})");
     } else if (command == "pair") {
         if (rest.empty()) {

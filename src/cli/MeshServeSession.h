@@ -31,7 +31,7 @@ public:
     void run(std::istream& in);
     /// Runs one command line; false after "quit".
     bool handle(const std::string& line);
-    /// The screens outside the mesh that follow each announce and clear; listed by `status`.
+    /// The screens beyond the mesh (they follow the bridge by themselves); listed by `status`.
     void setOutlets(screens::OutletHub* outlets) { m_outlets = outlets; }
     /// Writes one event line; safe from any thread.
     void printEvent(const mesh::MeshEvent& event);

@@ -707,6 +707,7 @@ void ScriptureBridge::announce(LiveScripture scripture) {
                              {"calloutId", orvane::hexEncode(orvane::randomBytes(8))},
                              {"source", source}});
     });
+    tellFollowers(scripture);
 }
 
 void ScriptureBridge::clear() {
@@ -720,6 +721,44 @@ void ScriptureBridge::clear() {
         if (m_calvane)
             m_calvane->send({{"kind", "clear"}, {"source", source}});
     });
+    tellFollowers(std::nullopt);
+}
+
+void ScriptureBridge::addLiveFollower(LiveFollower follower) {
+    if (follower)
+        m_liveFollowers.push_back(std::move(follower));
+}
+
+// A follower that throws must not keep the passage from the others or from the caller.
+void ScriptureBridge::tellFollowers(const std::optional<LiveScripture>& live) {
+    for (const auto& follower : m_liveFollowers) {
+        try {
+            follower(live);
+        } catch (const std::exception& failure) {
+            spdlog::error("A screen beyond the mesh failed to follow the passage: {}", failure.what());
+        }
+    }
+}
+
+void ScriptureBridge::receiveOutsideReference(const std::string& origin, const MeshScriptureReference& reference) {
+    std::map<std::string, std::string> payload = {{"reference", reference.description()},
+                                                  {"book", reference.book},
+                                                  {"chapter", std::to_string(reference.chapter)},
+                                                  {"source", origin}};
+    if (reference.startVerse)
+        payload["startVerse"] = std::to_string(*reference.startVerse);
+    if (reference.endVerse)
+        payload["endVerse"] = std::to_string(*reference.endVerse);
+    SermonStudioMessage message = makeMessage(Type::scriptureAnnouncement, std::move(payload));
+    onMain([this, reference, message] {
+        {
+            std::lock_guard lock(m_stateMutex);
+            m_incomingReference = reference;
+        }
+        if (onIncomingScripture)
+            onIncomingScripture(reference, message);
+    });
+    emit(Kind::incomingScripture, origin, reference.description());
 }
 
 SermonStudioMessage ScriptureBridge::announcementMessage() const {

@@ -92,6 +92,16 @@ public:
     /// Clears the passage everywhere.
     void clear();
 
+    /// Called with the passage (or nothing, for a clear) inside every announce() and clear(), on the
+    /// caller's thread, after the mesh's own send is queued: the screens beyond the mesh hang here,
+    /// so whoever announces reaches them all. A follower must return at once. Add before start().
+    using LiveFollower = std::function<void(const std::optional<LiveScripture>& live)>;
+    void addLiveFollower(LiveFollower follower);
+    /// A reference that reached the desk from outside the mesh (a Bible program's navigation):
+    /// stored in `incomingReference` and handed to `onIncomingScripture` on the main thread, as a
+    /// peer's announcement is, with "source" naming where it came from. Safe from any thread.
+    void receiveOutsideReference(const std::string& source, const MeshScriptureReference& reference);
+
     /// A fresh pairing code for `peerName`; peers already connected under that name are challenged at once.
     PairingCode startBootstrap(std::string peerName);
 
@@ -156,6 +166,7 @@ private:
     bool send(PeerConnection& connection, SermonStudioMessage message);
     SermonStudioMessage makeMessage(SermonStudioMessageType type, std::map<std::string, std::string> payload) const;
     SermonStudioMessage announcementMessage() const;
+    void tellFollowers(const std::optional<LiveScripture>& live);
     std::optional<VantalinkPsk::Match> resolveIdentity(std::string_view identity);
     void publishConnectionState();
     void publishTlsStatus(std::string status);
@@ -216,6 +227,7 @@ private:
 
     /// Set while the bridge lives; main-thread tasks posted late check it before touching `this`.
     std::shared_ptr<std::atomic<bool>> m_alive = std::make_shared<std::atomic<bool>>(true);
+    std::vector<LiveFollower> m_liveFollowers;
 };
 
 } // namespace quillon::mesh
