@@ -1,22 +1,16 @@
 #include "cli/OutcomeReport.h"
 
+#include "app/OutcomeCaption.h"
+
 #include <ostream>
 
 namespace quillon::cli {
 
 void writeOutcomeHeader(std::ostream& out, const orvane::IntelligencePath& path, bool needsGeneratedLabel,
                         const std::string& generatedCaption, const std::string& fallbackCaption) {
-    if (path.isGenerated()) {
-        if (needsGeneratedLabel)
-            out << generatedLabel << (generatedCaption.empty() ? "" : " ") << generatedCaption << "\n";
-        else if (!generatedCaption.empty())
-            out << generatedCaption << "\n";
-        return;
-    }
-    if (!fallbackCaption.empty())
-        out << fallbackCaption << "\n";
-    if (path.reason())
-        out << path.reason()->message() << "\n";
+    for (const std::string& line :
+         app::OutcomeCaption::of(path, needsGeneratedLabel, generatedCaption, fallbackCaption).lines())
+        out << line << "\n";
 }
 
 std::string pathName(const orvane::IntelligencePath& path) {

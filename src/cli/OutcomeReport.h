@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/OutcomeCaption.h"
 #include "orvane/IntelligencePath.h"
 
 #include <iosfwd>
@@ -8,7 +9,7 @@
 namespace quillon::cli {
 
 /// The label every generated value carries on the command line.
-inline constexpr const char* generatedLabel = "[Generated]";
+inline constexpr const char* generatedLabel = app::generatedLabel;
 
 /// Writes the line that says where a feature's output came from: the generated label and the
 /// feature's caption for a generated value; the fallback caption and, when the router gave one,

@@ -4,6 +4,7 @@
 #include "app/SermonNotesViewModel.h"
 #include "desktop/DeskServices.h"
 #include "desktop/bible/BiblePanel.h"
+#include "desktop/companions/Companions.h"
 #include "desktop/editor/SpellChecker.h"
 #include "desktop/sermon/SermonView.h"
 #include "desktop/sheets/NewSermonDialog.h"
@@ -116,6 +117,7 @@ MainWindow::MainWindow(DeskServices& services, QWidget* parent)
     buildDocks();
     buildMenus();
     connectController();
+    new Companions(*this, services);
 
     if (!m_stateStore.restore(*this)) {
         QRect available = screen() ? screen()->availableGeometry() : QRect(0, 0, 1280, 800);

@@ -10,6 +10,8 @@ DeskFixture::DeskFixture(std::vector<model::SermonNote> sermons, bool withSample
     {
         platform::Preferences preferences(preferencesFile());
         preferences.set(store::SermonNotesManager::sampleSermonsHiddenKey, !withSamples);
+        // The first-start welcome would open over every window under test.
+        preferences.set("Quillon.onboardingShown", true);
     }
     auto storage = store::SermonStorage::atRoot(root());
     for (const auto& sermon : sermons)

@@ -16,12 +16,17 @@ std::unique_ptr<QObject> makeInstanceTest();
 std::unique_ptr<QObject> makeEditorTest();
 std::unique_ptr<QObject> makeOutlineModelTest();
 std::unique_ptr<QObject> makeEditingTest();
+std::unique_ptr<QObject> makePreachPreviewTest();
+std::unique_ptr<QObject> makeSettingsWindowTest();
+std::unique_ptr<QObject> makeAssistantSheetTest();
+std::unique_ptr<QObject> makeCompanionsTest();
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
-        {"sidebar", makeSidebarTest},   {"bible", makeBiblePanelTest}, {"window", makeWindowTest},
-        {"instance", makeInstanceTest}, {"editor", makeEditorTest},    {"outline", makeOutlineModelTest},
-        {"editing", makeEditingTest},
+        {"sidebar", makeSidebarTest},          {"bible", makeBiblePanelTest},      {"window", makeWindowTest},
+        {"instance", makeInstanceTest},        {"editor", makeEditorTest},         {"outline", makeOutlineModelTest},
+        {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
+        {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest},
     };
     if (argc < 2 || !suites.contains(argv[1])) {
         std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");
