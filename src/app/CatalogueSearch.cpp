@@ -33,6 +33,7 @@ CatalogueSearch::CatalogueSearch(std::vector<orvane::IndexedDocument> documents)
     }
     for (const auto& [term, count] : frequencies)
         m_vocabulary.push_back(term);
+    m_frequencies = frequencies;
     std::sort(m_vocabulary.begin(), m_vocabulary.end());
     m_weighting = orvane::InverseDocumentFrequency::make(m_documents.size(), frequencies);
 }
@@ -48,17 +49,23 @@ std::vector<std::string> CatalogueSearch::alternatives(const std::string& term, 
             found.push_back(*it);
     if (!found.empty() || term.size() < 4)
         return found;
-    // Every word as close as the closest one counts: a catalogue has no frequencies to break a tie with.
+    // The closest words win; among equally close ones, those more of the catalogue uses ("pase" is read as
+    // "pace", which four settings name, rather than "page", which three do).
     double best = minimumSimilarity;
+    int mostUsed = 0;
     for (const std::string& word : m_vocabulary) {
         if (lengthGap(word, term) >= 3)
             continue;
         const double similarity = orvane::TextDistance::similarity(term, word);
-        if (similarity > best + 1e-9) {
+        if (similarity < best - 1e-9)
+            continue;
+        const int used = m_frequencies.at(word);
+        if (similarity > best + 1e-9 || used > mostUsed) {
             best = similarity;
+            mostUsed = used;
             found.clear();
         }
-        if (similarity >= best - 1e-9)
+        if (used == mostUsed)
             found.push_back(word);
     }
     if (!found.empty())

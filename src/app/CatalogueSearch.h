@@ -6,6 +6,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -37,6 +38,8 @@ private:
     std::vector<std::unordered_set<std::string>> m_terms;
     std::vector<std::unordered_set<std::string>> m_titleTerms;
     std::vector<std::string> m_vocabulary;
+    /// In how many documents each word occurs.
+    std::unordered_map<std::string, int> m_frequencies;
     orvane::InverseDocumentFrequency m_weighting;
 };
 

@@ -4,6 +4,7 @@
 #include "intelligence/LocalModelSettings.h"
 #include "platform/Preferences.h"
 #include "preach/PreachPace.h"
+#include "screens/OpenLpOptions.h"
 #include "speech/TranscriptionSettings.h"
 #include "store/SermonBackupManager.h"
 #include "store/SermonNotesManager.h"
@@ -104,6 +105,21 @@ const SettingDescription settings[] = {
     {"Quillon.screens.livePage.port", "Screens", "Live page port", "The port of the live page.", K::port, 1, 65535,
      "7316"},
 
+    {"Quillon.screens.openlp", "Screens", "Send passages to OpenLP",
+     "Shows each passage you send to the screen in OpenLP through its remote interface.", K::boolean},
+    {"Quillon.screens.openlp.address", "Screens", "OpenLP address",
+     "The computer running OpenLP, with its remote port when it is not 4316.", K::host, 0, 0, "127.0.0.1:4316"},
+    {"Quillon.screens.openlp.user", "Screens", "OpenLP user", "The user OpenLP’s remote asks for, when it asks for one.",
+     K::text},
+    {"Quillon.screens.bibleSync", "Screens", "Announce passages with BibleSync",
+     "Xiphos, BibleTime and other BibleSync programs on the network follow the passages you send.", K::boolean},
+    {"Quillon.screens.bibleSync.user", "Screens", "BibleSync name", "The name other BibleSync programs list Quillon under.",
+     K::text, 0, 0, "Quillon"},
+    {"Quillon.screens.bibleSync.passphrase", "Screens", "BibleSync passphrase",
+     "Only programs with the same passphrase are heard.", K::text, 0, 0, "BibleSync"},
+    {"Quillon.screens.bibleSync.trustedSpeakers", "Screens", "BibleSync speakers to follow",
+     "Names or addresses, separated by commas, whose passages Quillon follows; empty follows nobody.", K::list},
+
     {InterfaceState::layoutStyleKey, "Layout and reading", "Outline layout",
      "classic shows topic, sub-topic and scripture columns; modernOutline shows one tree.", K::choice, 0, 0,
      "classic", "classic|modernOutline"},
@@ -142,6 +158,18 @@ std::optional<bool> boolean(const std::string& text) {
     if (text == "false" || text == "off" || text == "no" || text == "0")
         return false;
     return std::nullopt;
+}
+
+std::vector<std::string> listItems(const std::string& text) {
+    std::vector<std::string> items;
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const auto comma = rest.find(',');
+        if (std::string item = trimmed(rest.substr(0, comma)); !item.empty())
+            items.push_back(std::move(item));
+        rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
+    }
+    return items;
 }
 
 std::string figure(double value) {
@@ -238,6 +266,12 @@ std::optional<std::string> SettingsCatalogue::problem(const SettingDescription& 
             listed += (listed.empty() ? "" : " or ") + choice;
         return fmt::format("{} must be {}.", setting.label, listed);
     }
+    case SettingKind::host:
+        if (text.find(' ') != std::string::npos || !screens::OpenLpOptions().setAddress(text))
+            return fmt::format("{} must be a computer’s name or address, with “:” and a port if it needs one.",
+                               setting.label);
+        return std::nullopt;
+    case SettingKind::list:
     case SettingKind::text:
         if (text.find('\n') != std::string::npos)
             return fmt::format("{} must fit on one line.", setting.label);
@@ -266,6 +300,9 @@ std::optional<std::string> SettingsCatalogue::apply(platform::Preferences& prefe
     case SettingKind::boolean:
         preferences.set(setting.key, *boolean(text));
         break;
+    case SettingKind::list:
+        preferences.set(setting.key, listItems(text));
+        break;
     default:
         preferences.set(setting.key, text);
         break;
@@ -283,6 +320,13 @@ std::string SettingsCatalogue::displayed(const platform::Preferences& preference
         return value->get<bool>() ? "true" : "false";
     if (value->is_number())
         return figure(value->get<double>());
+    if (value->is_array()) {
+        std::string joined;
+        for (const nlohmann::json& item : *value)
+            if (item.is_string())
+                joined += (joined.empty() ? "" : ", ") + item.get<std::string>();
+        return joined;
+    }
     return value->dump();
 }
 

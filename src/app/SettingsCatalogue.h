@@ -15,7 +15,7 @@ class Preferences;
 namespace quillon::app {
 
 /// How a setting's value is typed and checked.
-enum class SettingKind { number, wholeNumber, boolean, text, folder, address, hostAndPort, port, choice };
+enum class SettingKind { number, wholeNumber, boolean, text, folder, address, hostAndPort, host, port, choice, list };
 
 /// One preference the desk reads, as the settings window shows it.
 struct SettingDescription {

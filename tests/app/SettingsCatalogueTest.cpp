@@ -77,6 +77,8 @@ TEST(SettingsCatalogue, RefusesInvalidValuesWithASentenceAndKeepsTheOldValue) {
         {"Quillon.storage.syncFolder", "Dropbox", "Sync folder must be a folder’s full path, starting with /."},
         {"Quillon.layoutStyle", "grid", "Outline layout must be classic or modernOutline."},
         {"Quillon.compactLayout", "maybe", "Compact layout is either on or off."},
+        {"Quillon.screens.openlp.address", "hall pc",
+         "OpenLP address must be a computer’s name or address, with “:” and a port if it needs one."},
         {preach::PreachPace::proseWordsPerMinuteKey, "nan",
          "Starting pace (words a minute) must be a number from 60 to 260."},
     };
@@ -102,6 +104,12 @@ TEST(SettingsCatalogue, StoresTypedValuesAsTheirReadersExpect) {
     EXPECT_FALSE(apply("Quillon.intelligence.endpoint", "http://127.0.0.1:9/v1"));
     EXPECT_EQ(SettingsCatalogue::displayed(preferences, *SettingsCatalogue::find("Quillon.intelligence.endpoint")),
               "http://127.0.0.1:9/v1");
+    EXPECT_FALSE(apply("Quillon.screens.bibleSync.trustedSpeakers", " Xiphos, ,192.168.1.9 "));
+    EXPECT_EQ(preferences.stringList("Quillon.screens.bibleSync.trustedSpeakers"),
+              (std::vector<std::string>{"Xiphos", "192.168.1.9"}));
+    EXPECT_EQ(SettingsCatalogue::displayed(preferences,
+                                           *SettingsCatalogue::find("Quillon.screens.bibleSync.trustedSpeakers")),
+              "Xiphos, 192.168.1.9");
     EXPECT_FALSE(apply(preach::PreachPace::proseWordsPerMinuteKey, ""));
     EXPECT_FALSE(preferences.contains(preach::PreachPace::proseWordsPerMinuteKey));
 }

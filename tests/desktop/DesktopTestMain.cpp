@@ -20,13 +20,14 @@ std::unique_ptr<QObject> makePreachPreviewTest();
 std::unique_ptr<QObject> makeSettingsWindowTest();
 std::unique_ptr<QObject> makeAssistantSheetTest();
 std::unique_ptr<QObject> makeCompanionsTest();
+std::unique_ptr<QObject> makeHelpDiagnosticsTest();
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
         {"sidebar", makeSidebarTest},          {"bible", makeBiblePanelTest},      {"window", makeWindowTest},
         {"instance", makeInstanceTest},        {"editor", makeEditorTest},         {"outline", makeOutlineModelTest},
         {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
-        {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest},
+        {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest}, {"help", makeHelpDiagnosticsTest},
     };
     if (argc < 2 || !suites.contains(argv[1])) {
         std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");

@@ -26,6 +26,7 @@ namespace {
 
 constexpr int linkRole = Qt::UserRole + 1;
 constexpr int indexRole = Qt::UserRole + 2;
+constexpr int copyRole = Qt::UserRole + 3;
 
 QString qt(const std::string& text) {
     return QString::fromStdString(text);
@@ -137,7 +138,7 @@ AssistantSheet::AssistantSheet(app::AssistantFeatureId feature, DeskServices& se
     connect(m_copy, &QPushButton::clicked, this, [this] {
         QStringList lines;
         for (int i = 0; i < m_items->count(); ++i)
-            lines << m_items->item(i)->text();
+            lines << m_items->item(i)->data(copyRole).toString();
         QApplication::clipboard()->setText(lines.join(QStringLiteral("\n\n")));
     });
     m_cancel = new QPushButton(tr("Cancel"), this);
@@ -307,18 +308,21 @@ void AssistantSheet::showAnswer(const app::AssistantAnswer& answer) {
         QString text = qt(line.text);
         if (!line.detail.empty())
             text += u'\n' + qt(line.detail);
-        auto* item = new QListWidgetItem(text, m_items);
-        item->setData(linkRole, qt(line.link));
-        item->setData(indexRole, static_cast<int>(i));
-        if (!line.link.empty()) {
-            item->setToolTip(tr("Open what this cites"));
-            item->setForeground(palette().color(QPalette::Link));
-        }
         if (proposes && line.proposable) {
+            auto* item = new QListWidgetItem(text, m_items);
+            item->setData(indexRole, static_cast<int>(i));
+            item->setData(copyRole, text);
             item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
             item->setCheckState(Qt::Unchecked);
+            continue;
         }
+        auto* item = new QListWidgetItem(m_items);
+        item->setData(linkRole, qt(line.link));
+        item->setData(indexRole, static_cast<int>(i));
+        item->setData(copyRole, text);
+        m_items->setItemWidget(item, answerLabel(line));
     }
+    fitItems();
     m_copy->setEnabled(!answer.items.empty());
     if (proposes && m_sermonId) {
         m_accept->setText(answer.proposal == app::AssistantProposal::addTags ? tr("Add Ticked Tags")
@@ -327,6 +331,38 @@ void AssistantSheet::showAnswer(const app::AssistantAnswer& answer) {
         m_accept->setDefault(true);
     }
     emit answered();
+}
+
+QLabel* AssistantSheet::answerLabel(const app::AssistantItem& line) {
+    // The line itself, its source or reason smaller beneath it, and a source's name as a link.
+    QString html = qt(line.text).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
+    if (!line.link.empty())
+        html = QStringLiteral("<a href=\"%1\">%2</a>").arg(qt(line.link).toHtmlEscaped(), html);
+    if (!line.detail.empty())
+        html += QStringLiteral("<br><span style=\"color:%1\">%2</span>")
+                    .arg(palette().color(QPalette::PlaceholderText).name(),
+                         qt(line.detail).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+    auto* label = new QLabel(html);
+    label->setWordWrap(true);
+    label->setTextFormat(Qt::RichText);
+    label->setContentsMargins(6, 5, 6, 5);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::LinksAccessibleByMouse);
+    connect(label, &QLabel::linkActivated, this, &AssistantSheet::sourceActivated);
+    return label;
+}
+
+void AssistantSheet::fitItems() {
+    const int width = m_items->viewport()->width() - 2;
+    for (int i = 0; i < m_items->count(); ++i) {
+        QListWidgetItem* item = m_items->item(i);
+        if (auto* label = qobject_cast<QLabel*>(m_items->itemWidget(item)))
+            item->setSizeHint(QSize(width, label->heightForWidth(width)));
+    }
+}
+
+void AssistantSheet::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
+    fitItems();
 }
 
 void AssistantSheet::activate(QListWidgetItem* item) {

@@ -47,6 +47,9 @@ public:
     QLineEdit* textField() const { return m_text; }
     QListWidget* items() const { return m_items; }
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 signals:
     /// The feature finished and its answer is shown.
     void answered();
@@ -57,6 +60,9 @@ private:
     QLayout* buildInput();
     void showAnswer(const app::AssistantAnswer& answer);
     void activate(QListWidgetItem* item);
+    QLabel* answerLabel(const app::AssistantItem& line);
+    /// Gives each answer line the height its wrapped text needs at the list's width.
+    void fitItems();
     app::AssistantRequest request() const;
 
     const app::AssistantFeatureDescription& m_feature;

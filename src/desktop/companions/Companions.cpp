@@ -5,6 +5,7 @@
 #include "desktop/assistant/AssistantSheet.h"
 #include "desktop/assistant/ModelStatusButton.h"
 #include "desktop/assistant/SnapshotRouter.h"
+#include "desktop/diagnostics/DiagnosticsWindow.h"
 #include "desktop/help/HelpWindow.h"
 #include "desktop/notifications/DesktopNotifier.h"
 #include "desktop/onboarding/OnboardingDialog.h"
@@ -12,6 +13,7 @@
 #include "desktop/preach/PreachPreviewPanel.h"
 #include "desktop/settings/SettingsWindow.h"
 #include "desktop/shell/ExportRunner.h"
+#include "platform/Paths.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -114,6 +116,10 @@ void Companions::addHelp() {
     open->setShortcut(QKeySequence::HelpContents);
     connect(open, &QAction::triggered, this, [this] { openHelp(); });
     help->insertAction(first, open);
+    auto* diagnostics = new QAction(tr("&Diagnostics…"), help);
+    diagnostics->setObjectName(QStringLiteral("diagnosticsAction"));
+    connect(diagnostics, &QAction::triggered, this, [this] { openDiagnostics(); });
+    help->insertAction(first, diagnostics);
     help->insertSeparator(first);
 }
 
@@ -139,10 +145,18 @@ void Companions::addOnboarding() {
 }
 
 OnboardingDialog* Companions::openOnboarding() {
-    auto* dialog = new OnboardingDialog(m_services, m_router, &m_window);
+    auto* dialog = new OnboardingDialog(m_services, snapshotRouter(m_services.preferences()), &m_window);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->show();
     return dialog;
+}
+
+DiagnosticsWindow* Companions::openDiagnostics() {
+    auto* window =
+        new DiagnosticsWindow(m_services, snapshotRouter(m_services.preferences()), platform::logFile(), &m_window);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->show();
+    return window;
 }
 
 HelpWindow* Companions::openHelp() {
@@ -187,7 +201,8 @@ SettingsWindow* Companions::openSettings(const QString& group) {
 }
 
 AssistantSheet* Companions::openSheet(app::AssistantFeatureId feature) {
-    auto* sheet = new AssistantSheet(feature, m_services, m_router, &m_window);
+    // A router of its own, over the model settings as they are now, however they were changed.
+    auto* sheet = new AssistantSheet(feature, m_services, snapshotRouter(m_services.preferences()), &m_window);
     sheet->setAttribute(Qt::WA_DeleteOnClose);
     connect(sheet, &AssistantSheet::sourceActivated, this, &Companions::openSource);
     sheet->show();

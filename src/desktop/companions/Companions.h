@@ -19,6 +19,7 @@ namespace quillon::desktop {
 class AssistantSheet;
 class CommandPalette;
 class DesktopNotifier;
+class DiagnosticsWindow;
 class HelpWindow;
 class OnboardingDialog;
 class DeskServices;
@@ -52,6 +53,8 @@ public:
     HelpWindow* openHelp();
     /// Opens the welcome sequence.
     OnboardingDialog* openOnboarding();
+    /// Opens the diagnostics window on the application's log.
+    DiagnosticsWindow* openDiagnostics();
 
 private:
     void addPreachPreview();
