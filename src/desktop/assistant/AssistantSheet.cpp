@@ -333,6 +333,14 @@ void AssistantSheet::showAnswer(const app::AssistantAnswer& answer) {
     emit answered();
 }
 
+QColor AssistantSheet::quietColour() const {
+    // Halfway between the text and its background, readable in dark and light palettes alike.
+    const QColor text = palette().color(QPalette::Text);
+    const QColor base = palette().color(QPalette::Base);
+    return QColor((text.red() * 11 + base.red() * 9) / 20, (text.green() * 11 + base.green() * 9) / 20,
+                  (text.blue() * 11 + base.blue() * 9) / 20);
+}
+
 QLabel* AssistantSheet::answerLabel(const app::AssistantItem& line) {
     // The line itself, its source or reason smaller beneath it, and a source's name as a link.
     QString html = qt(line.text).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>"));
@@ -340,8 +348,7 @@ QLabel* AssistantSheet::answerLabel(const app::AssistantItem& line) {
         html = QStringLiteral("<a href=\"%1\">%2</a>").arg(qt(line.link).toHtmlEscaped(), html);
     if (!line.detail.empty())
         html += QStringLiteral("<br><span style=\"color:%1\">%2</span>")
-                    .arg(palette().color(QPalette::PlaceholderText).name(),
-                         qt(line.detail).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
+                    .arg(quietColour().name(), qt(line.detail).toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")));
     auto* label = new QLabel(html);
     label->setWordWrap(true);
     label->setTextFormat(Qt::RichText);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+class QColor;
 class QComboBox;
 class QLabel;
 class QLayout;
@@ -61,6 +62,7 @@ private:
     void showAnswer(const app::AssistantAnswer& answer);
     void activate(QListWidgetItem* item);
     QLabel* answerLabel(const app::AssistantItem& line);
+    QColor quietColour() const;
     /// Gives each answer line the height its wrapped text needs at the list's width.
     void fitItems();
     app::AssistantRequest request() const;
