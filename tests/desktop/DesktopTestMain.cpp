@@ -21,6 +21,7 @@ std::unique_ptr<QObject> makeSettingsWindowTest();
 std::unique_ptr<QObject> makeAssistantSheetTest();
 std::unique_ptr<QObject> makeCompanionsTest();
 std::unique_ptr<QObject> makeHelpDiagnosticsTest();
+std::unique_ptr<QObject> makeNotificationTest();
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
@@ -28,6 +29,7 @@ int main(int argc, char** argv) {
         {"instance", makeInstanceTest},        {"editor", makeEditorTest},         {"outline", makeOutlineModelTest},
         {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
         {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest}, {"help", makeHelpDiagnosticsTest},
+        {"notify", makeNotificationTest},
     };
     if (argc < 2 || !suites.contains(argv[1])) {
         std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");
