@@ -128,11 +128,11 @@ const SettingDescription settings[] = {
     {InterfaceState::readingModeKey, "Layout and reading", "Reading mode",
      "Shows the sermon for reading, without editing.", K::boolean},
     {InterfaceState::topicColumnWidthKey, "Layout and reading", "Topic column width",
-     "The width of the topic column in the classic layout, in points.", K::number, 80, 600, "150"},
+     "The width of the topic column in the classic layout, in points.", K::number, 60, 165, "150"},
     {InterfaceState::subtopicColumnWidthKey, "Layout and reading", "Sub-topic column width",
-     "The width of the sub-topic column in the classic layout, in points.", K::number, 80, 600, "180"},
+     "The width of the sub-topic column in the classic layout, in points.", K::number, 60, 195, "180"},
     {InterfaceState::scriptureColumnWidthKey, "Layout and reading", "Scripture column width",
-     "The width of the scripture column in the classic layout, in points.", K::number, 80, 600, "150"},
+     "The width of the scripture column in the classic layout, in points.", K::number, 60, 165, "150"},
 };
 // clang-format on
 

@@ -62,6 +62,9 @@ private slots:
             settings->enter(QStringLiteral("Quillon.intelligence.endpoint"), QStringLiteral("http://127.0.0.1:2/v1")),
             QString());
         QTRY_VERIFY(status->toolTip().contains(QStringLiteral("http://127.0.0.1:2/v1")));
+        // A layout setting reaches the window through the controller, which keeps it.
+        QCOMPARE(settings->enter(QStringLiteral("Quillon.readingMode"), QStringLiteral("true")), QString());
+        QVERIFY(desk.services().controller().interfaceState().readingMode);
     }
 
     void sourcesOpenWhatTheyCite() {

@@ -1,5 +1,6 @@
 #include "desktop/companions/Companions.h"
 
+#include "app/InterfaceState.h"
 #include "app/SermonNotesViewModel.h"
 #include "desktop/DeskServices.h"
 #include "desktop/assistant/AssistantSheet.h"
@@ -190,6 +191,7 @@ SettingsWindow* Companions::openSettings(const QString& group) {
             }
             if (key.startsWith(QStringLiteral("Quillon.pace")))
                 m_preachPreview->refreshNow();
+            applyInterfaceSetting(key);
         });
     }
     m_settings->show();
@@ -198,6 +200,25 @@ SettingsWindow* Companions::openSettings(const QString& group) {
     if (!group.isEmpty())
         m_settings->showGroup(group);
     return m_settings;
+}
+
+void Companions::applyInterfaceSetting(const QString& key) {
+    // The controller keeps the look of the desk and writes it back: it must hear of the change, or the
+    // window would not follow and its next save would undo the setting.
+    const std::string changed = key.toStdString();
+    using State = app::InterfaceState;
+    if (changed != State::compactLayoutKey && changed != State::readingModeKey && changed != State::layoutStyleKey &&
+        changed != State::topicColumnWidthKey && changed != State::subtopicColumnWidthKey &&
+        changed != State::scriptureColumnWidthKey)
+        return;
+    const State wanted = State::read(m_services.preferences());
+    app::SermonNotesViewModel& controller = m_services.controller();
+    controller.setCompactLayout(wanted.compactLayout);
+    controller.setReadingMode(wanted.readingMode);
+    controller.setLayoutStyle(wanted.layoutStyle);
+    controller.setTopicColumnWidth(wanted.topicColumnWidth);
+    controller.setSubtopicColumnWidth(wanted.subtopicColumnWidth);
+    controller.setScriptureColumnWidth(wanted.scriptureColumnWidth);
 }
 
 AssistantSheet* Companions::openSheet(app::AssistantFeatureId feature) {

@@ -64,6 +64,8 @@ private:
     void addHelp();
     void addOnboarding();
     void addNotifications();
+    /// Hands a layout or reading setting changed in the settings window to the controller.
+    void applyInterfaceSetting(const QString& key);
     /// The window's Help menu (its last).
     QMenu* helpMenu() const;
     /// The menu a companion's actions join, placed before Help.
