@@ -28,6 +28,16 @@ DesktopOptions DesktopOptions::parse(const QCoreApplication& application) {
                                QCoreApplication::translate("main", "Open the sermon library in DIR."),
                                QStringLiteral("DIR"));
     parser.addOption(library);
+    QCommandLineOption screenshots(QStringLiteral("screenshots"), QStringLiteral("Save pictures of the views."),
+                                   QStringLiteral("DIR"));
+    QCommandLineOption views(QStringLiteral("screenshot-views"), QStringLiteral("Which views."),
+                             QStringLiteral("LIST"));
+    QCommandLineOption prefix(QStringLiteral("screenshot-prefix"), QStringLiteral("File name prefix."),
+                              QStringLiteral("P"));
+    for (QCommandLineOption* hidden : {&screenshots, &views, &prefix}) {
+        hidden->setFlags(QCommandLineOption::HiddenFromHelp);
+        parser.addOption(*hidden);
+    }
     parser.addPositionalArgument(
         QStringLiteral("files"),
         QCoreApplication::translate("main", "Sermon (.quillet) or archive (.vrnsermons) files to open."),
@@ -37,6 +47,10 @@ DesktopOptions DesktopOptions::parse(const QCoreApplication& application) {
     DesktopOptions options;
     if (parser.isSet(library))
         options.libraryRoot = std::filesystem::absolute(parser.value(library).toStdString());
+    options.screenshotFolder = parser.value(screenshots);
+    if (parser.isSet(views))
+        options.screenshotViews = parser.value(views).split(u',', Qt::SkipEmptyParts);
+    options.screenshotPrefix = parser.value(prefix);
     for (const QString& file : parser.positionalArguments())
         options.files << QFileInfo(file).absoluteFilePath();
     return options;

@@ -15,6 +15,11 @@ struct DesktopOptions {
     std::optional<std::filesystem::path> libraryRoot;
     /// Files named on the command line, made absolute (a running window resolves no relative paths).
     QStringList files;
+    /// --screenshots DIR (hidden, for the documentation): walk the views, save pictures, quit.
+    QString screenshotFolder;
+    /// --screenshot-views a,b and --screenshot-prefix P: which views, and a prefix for their files.
+    QStringList screenshotViews;
+    QString screenshotPrefix;
 
     /// Reads the application's arguments; --help and --version print and exit.
     static DesktopOptions parse(const QCoreApplication& application);

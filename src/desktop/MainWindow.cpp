@@ -6,36 +6,39 @@
 #include "desktop/bible/BiblePanel.h"
 #include "desktop/companions/Companions.h"
 #include "desktop/editor/SpellChecker.h"
+#include "desktop/mesh/MeshIndicator.h"
+#include "desktop/mesh/MeshLink.h"
+#include "desktop/outline/OutlineModel.h"
+#include "desktop/scripture/ScripturePanel.h"
+#include "desktop/sermon/DetailArea.h"
 #include "desktop/sermon/SermonView.h"
-#include "desktop/sheets/NewSermonDialog.h"
 #include "desktop/shell/ControllerBridge.h"
+#include "desktop/shell/ControllerDialogs.h"
+#include "desktop/shell/DeskCommands.h"
+#include "desktop/shell/DeskMenus.h"
 #include "desktop/shell/ExportRunner.h"
 #include "desktop/shell/ToastOverlay.h"
 #include "desktop/sidebar/SermonSidebar.h"
 #include "platform/ApplicationIdentity.h"
 
-#include <QAction>
-#include <QActionGroup>
-#include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QDockWidget>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QFutureWatcher>
-#include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
-#include <QToolBar>
 #include <QUrl>
 #include <QtConcurrent>
+
+// The icon and other resources live in this static library; a static library's resources must
+// be registered by hand, from the global namespace.
+static void registerDeskResources() {
+    Q_INIT_RESOURCE(desktop);
+}
 
 namespace quillon::desktop {
 
@@ -43,21 +46,6 @@ namespace {
 
 constexpr int noSermonPage = 0;
 constexpr int sermonPage = 1;
-
-struct ExportChoice {
-    app::ExportFormat format;
-    const char* label;
-    const char* filter;
-    const char* extension;
-};
-
-constexpr ExportChoice exportChoices[] = {
-    {app::ExportFormat::word, "&Word Document…", "Word document (*.docx)", "docx"},
-    {app::ExportFormat::powerPoint, "&PowerPoint Slides…", "PowerPoint presentation (*.pptx)", "pptx"},
-    {app::ExportFormat::pdf, "P&DF Hand-out…", "PDF document (*.pdf)", "pdf"},
-    {app::ExportFormat::rtf, "&RTF Document…", "Rich text (*.rtf)", "rtf"},
-    {app::ExportFormat::markdown, "&Markdown…", "Markdown (*.md)", "md"},
-};
 
 QDockWidget* makeDock(const QString& title, const QString& name, QWidget* content, QMainWindow* window) {
     auto* dock = new QDockWidget(title, window);
@@ -67,23 +55,13 @@ QDockWidget* makeDock(const QString& title, const QString& name, QWidget* conten
     return dock;
 }
 
-QString safeFileName(const std::string& title) {
-    QString name = QString::fromStdString(title).trimmed();
-    name.replace(QRegularExpression(QStringLiteral("[/\\\\:*?\"<>|]")), QStringLiteral("-"));
-    return name.isEmpty() ? QStringLiteral("Sermon") : name;
-}
-
-bool isOpenable(const QString& file) {
-    static const QStringList suffixes = {"quillet", "vrnsermons", "docx", "md", "txt", "rtf"};
-    return suffixes.contains(QFileInfo(file).suffix().toLower());
-}
-
 } // namespace
 
 MainWindow::MainWindow(DeskServices& services, QWidget* parent)
     : QMainWindow(parent), m_services(services), m_spelling(std::make_unique<SpellChecker>()),
       m_stateStore(services.preferences()),
       m_sermonModel(services.manager(), [&services] { return services.storage().mediaFolder(); }) {
+    registerDeskResources();
     setObjectName(QStringLiteral("mainWindow"));
     setWindowIcon(QIcon(QStringLiteral(":/quillon/io.veltra.qln.svg")));
     setDockNestingEnabled(true);
@@ -108,14 +86,16 @@ MainWindow::MainWindow(DeskServices& services, QWidget* parent)
 
     m_saveStatus = new QLabel(this);
     m_saveStatus->setObjectName(QStringLiteral("saveStatus"));
-    m_meshStatus = new QLabel(tr("Screens: none connected"), this);
-    m_meshStatus->setObjectName(QStringLiteral("meshStatus"));
-    m_meshStatus->setToolTip(tr("Calvane and Brenmoor on this network receive the verses sent to the screen"));
+    m_mesh = new MeshLink(services.preferences(), this);
+    m_meshStatus = new MeshIndicator(*m_mesh, this);
     statusBar()->addPermanentWidget(m_saveStatus);
     statusBar()->addPermanentWidget(m_meshStatus);
 
     buildDocks();
-    buildMenus();
+    m_commands = new DeskCommands(*this, services, *m_sidebar, *m_exports);
+    m_commands->setMesh(m_mesh);
+    m_dialogs = new ControllerDialogs(*this, services.controller(), *m_commands, *m_toast);
+    m_menus = new DeskMenus({this, &services, m_commands, m_sidebar, m_sidebarDock, m_bibleDock, m_biblePanel});
     connectController();
     new Companions(*this, services);
 
@@ -151,8 +131,8 @@ void MainWindow::connectController() {
     connect(m_bridge, &ControllerBridge::sermonDidChange, this, &MainWindow::onSermonChanged);
     connect(m_bridge, &ControllerBridge::libraryDidChange, this, &MainWindow::onLibraryChanged);
     connect(m_bridge, &ControllerBridge::interfaceStateDidChange, this, &MainWindow::onInterfaceChanged);
-    connect(m_bridge, &ControllerBridge::statusDidPost, this, &MainWindow::onStatus);
-    connect(m_bridge, &ControllerBridge::sheetDidChange, this, &MainWindow::onSheet);
+    connect(m_bridge, &ControllerBridge::statusDidPost, m_dialogs, &ControllerDialogs::onStatus);
+    connect(m_bridge, &ControllerBridge::sheetDidChange, m_dialogs, &ControllerDialogs::onSheet);
     connect(m_sidebar, &SermonSidebar::sermonActivated, this,
             [&controller](const model::Uuid& id) { controller.selectSermon(id); });
     connect(m_biblePanel, &BiblePanel::attachRequested, this, [&controller](const QString& reference) {
@@ -162,188 +142,17 @@ void MainWindow::connectController() {
         if (auto id = controller.addScripture(*selection.sermonId, *selection.subTopicId, reference.toStdString()))
             controller.selectScripture(*id);
     });
+    connect(m_meshStatus, &MeshIndicator::pairingRequested, m_commands, &DeskCommands::pairWithScreen);
+    connect(m_mesh, &MeshLink::scriptureReceived, this, &MainWindow::focusReference);
+    connect(m_commands, &DeskCommands::referenceRequested, this, &MainWindow::showInBible);
+    connect(m_sermonView->detailArea()->scripturePanel(), &ScripturePanel::sendToScreenRequested, m_commands,
+            &DeskCommands::sendToScreen);
     connect(m_sermonView, &SermonView::linkActivated, this, [&controller](const QString& url) {
         if (url.startsWith(QStringLiteral("quillscripture://")))
             controller.openScriptureLink(url.toStdString());
         else
             QDesktopServices::openUrl(QUrl(url));
     });
-}
-
-// Menus -----------------------------------------------------------------------------------------
-
-void MainWindow::buildMenus() {
-    buildFileMenu();
-    buildEditMenu();
-    buildSermonMenu();
-    buildViewMenu();
-    buildHelpMenu();
-    buildSidebarMenu();
-
-    QToolBar* tools = addToolBar(tr("Tools"));
-    tools->setObjectName(QStringLiteral("mainToolBar"));
-    tools->setMovable(false);
-    for (QAction* action : findChildren<QAction*>()) {
-        if (action->property("onToolBar").toBool())
-            tools->addAction(action);
-    }
-}
-
-void MainWindow::buildFileMenu() {
-    QMenu* file = menuBar()->addMenu(tr("&File"));
-    QAction* create = file->addAction(tr("&New Sermon…"), QKeySequence::New, this, &MainWindow::newSermon);
-    create->setObjectName(QStringLiteral("newSermonAction"));
-    create->setProperty("onToolBar", true);
-    QAction* open = file->addAction(tr("&Open…"), QKeySequence::Open, this, &MainWindow::openDocument);
-    open->setObjectName(QStringLiteral("openAction"));
-    m_recentMenu = file->addMenu(tr("Open &Recent"));
-    m_recentMenu->setObjectName(QStringLiteral("recentMenu"));
-    file->addAction(tr("&Import…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), this, &MainWindow::importFile);
-    file->addSeparator();
-    QMenu* exports = file->addMenu(tr("&Export"));
-    for (const ExportChoice& choice : exportChoices) {
-        QAction* action =
-            exports->addAction(tr(choice.label), this, [this, format = choice.format] { exportSermon(format); });
-        action->setObjectName(QStringLiteral("export_") + QString::fromLatin1(choice.extension));
-        m_needsSermon << action;
-        if (choice.format == app::ExportFormat::word)
-            action->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
-    }
-    exports->addSeparator();
-    exports->addAction(tr("Whole &Library Archive…"), this, &MainWindow::exportArchive);
-    file->addSeparator();
-    file->addAction(tr("&Back Up Library…"), this, &MainWindow::backUp);
-    file->addAction(tr("Restore from Bac&kup…"), this, &MainWindow::restore);
-    file->addSeparator();
-    QAction* quit = file->addAction(tr("&Quit"), QKeySequence::Quit, this, &QWidget::close);
-    quit->setObjectName(QStringLiteral("quitAction"));
-}
-
-void MainWindow::buildEditMenu() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    QMenu* edit = menuBar()->addMenu(tr("&Edit"));
-    m_undo =
-        edit->addAction(tr("&Undo"), QKeySequence(Qt::CTRL | Qt::Key_Z), this, [&controller] { controller.undo(); });
-    m_undo->setObjectName(QStringLiteral("undoAction"));
-    m_undo->setProperty("onToolBar", true);
-    m_redo = edit->addAction(tr("&Redo"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), this,
-                             [&controller] { controller.redo(); });
-    m_redo->setObjectName(QStringLiteral("redoAction"));
-    m_redo->setProperty("onToolBar", true);
-    edit->addSeparator();
-    QAction* find = edit->addAction(tr("&Find Sermons"), QKeySequence::Find, this, [this] {
-        m_sidebarDock->show();
-        m_sidebar->filterField()->setFocus();
-        m_sidebar->filterField()->selectAll();
-    });
-    find->setObjectName(QStringLiteral("findAction"));
-}
-
-void MainWindow::buildSermonMenu() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    QMenu* sermon = menuBar()->addMenu(tr("&Sermon"));
-    m_pin = sermon->addAction(tr("&Pin"), this, [this, &controller] {
-        for (const auto& id : m_sidebar->selectedIds())
-            controller.setPinned(id, m_pin->isChecked());
-    });
-    m_pin->setCheckable(true);
-    m_hide = sermon->addAction(tr("&Hide"), this, [this, &controller] {
-        for (const auto& id : m_sidebar->selectedIds())
-            controller.setHidden(id, m_hide->isChecked());
-    });
-    m_hide->setCheckable(true);
-    QAction* duplicate =
-        sermon->addAction(tr("&Duplicate"), QKeySequence(Qt::CTRL | Qt::Key_D), this, &MainWindow::duplicateSelected);
-    QAction* tag = sermon->addAction(tr("&Tag Selected…"), this, [this, &controller] {
-        bool ok = false;
-        QString name = QInputDialog::getText(this, tr("Tag Sermons"), tr("Tag:"), QLineEdit::Normal, {}, &ok);
-        if (ok && !name.trimmed().isEmpty())
-            controller.applyTag(name.trimmed().toStdString(), m_sidebar->selectedIds());
-    });
-    sermon->addSeparator();
-    QAction* trash = sermon->addAction(tr("Move to &Trash…"), this, [this, &controller] {
-        auto ids = m_sidebar->selectedIds();
-        if (!ids.empty())
-            controller.requestMoveToTrash(ids);
-    });
-    trash->setObjectName(QStringLiteral("moveToTrashAction"));
-    m_needsSermon << m_pin << m_hide << duplicate << tag << trash;
-}
-
-void MainWindow::buildViewMenu() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    QMenu* view = menuBar()->addMenu(tr("&View"));
-    auto* layouts = new QActionGroup(this);
-    m_classic = view->addAction(tr("&Classic Columns"), this,
-                                [&controller] { controller.setLayoutStyle(app::AppLayoutStyle::classic); });
-    m_classic->setObjectName(QStringLiteral("classicLayoutAction"));
-    m_modern = view->addAction(tr("&Outline Tree"), this,
-                               [&controller] { controller.setLayoutStyle(app::AppLayoutStyle::modernOutline); });
-    m_modern->setObjectName(QStringLiteral("modernLayoutAction"));
-    for (QAction* action : {m_classic, m_modern}) {
-        action->setCheckable(true);
-        layouts->addAction(action);
-    }
-    view->addSeparator();
-    m_readingMode = view->addAction(tr("&Reading Mode"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R), this,
-                                    [this, &controller] { controller.setReadingMode(m_readingMode->isChecked()); });
-    m_readingMode->setObjectName(QStringLiteral("readingModeAction"));
-    m_readingMode->setCheckable(true);
-    m_readingMode->setProperty("onToolBar", true);
-    m_compactLayout = view->addAction(tr("Co&mpact Layout"), this, [this, &controller] {
-        controller.setCompactLayout(m_compactLayout->isChecked());
-    });
-    m_compactLayout->setObjectName(QStringLiteral("compactLayoutAction"));
-    m_compactLayout->setCheckable(true);
-    view->addSeparator();
-    QAction* sidebar = m_sidebarDock->toggleViewAction();
-    sidebar->setText(tr("&Sermons"));
-    sidebar->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S));
-    view->addAction(sidebar);
-    QAction* bible = m_bibleDock->toggleViewAction();
-    bible->setText(tr("&Bible"));
-    bible->setShortcut(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_B));
-    bible->setObjectName(QStringLiteral("toggleBiblePanelAction"));
-    bible->setProperty("onToolBar", true);
-    view->addAction(bible);
-    QAction* searchBible =
-        view->addAction(tr("Search the &Bible"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), this, [this] {
-            m_bibleDock->show();
-            m_biblePanel->searchField()->setFocus();
-            m_biblePanel->searchField()->selectAll();
-        });
-    searchBible->setObjectName(QStringLiteral("searchBibleAction"));
-}
-
-void MainWindow::buildHelpMenu() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    QMenu* help = menuBar()->addMenu(tr("&Help"));
-    help->addAction(tr("Run &Self-Test"), this, [this, &controller] {
-        QStringList lines;
-        for (const auto& result : controller.runSelfTest()) {
-            lines << QString::fromStdString(result.line());
-            if (!result.sentence.empty())
-                lines << QString::fromStdString(result.sentence);
-        }
-        QMessageBox::information(this, tr("Self-Test"), lines.join(u'\n'));
-    });
-    help->addAction(tr("&About Quillon"), this, [this] {
-        QMessageBox::about(
-            this, tr("About Quillon"),
-            tr("<b>Quillon</b> %1<br>A sermon-preparation desk.").arg(QApplication::applicationVersion()));
-    });
-}
-
-void MainWindow::buildSidebarMenu() {
-    m_sidebarMenu = new QMenu(this);
-    m_sidebarMenu->addAction(m_pin);
-    m_sidebarMenu->addAction(m_hide);
-    for (QAction* action : m_needsSermon) {
-        if (action != m_pin && action != m_hide)
-            m_sidebarMenu->addAction(action);
-    }
-    m_sidebar->setContextMenu(m_sidebarMenu);
-    connect(m_sidebar, &SermonSidebar::selectionCountChanged, this, &MainWindow::updateActions);
 }
 
 // Following the controller ---------------------------------------------------------------------
@@ -357,7 +166,7 @@ void MainWindow::onSelectionChanged() {
     m_sermonView->syncSelection();
     m_biblePanel->setCanAttach(selection.subTopicId.has_value() && !controller.interfaceState().readingMode);
     updateTitle();
-    updateActions();
+    m_menus->update();
 }
 
 void MainWindow::onSermonChanged() {
@@ -366,7 +175,7 @@ void MainWindow::onSermonChanged() {
     const auto& manager = m_services.manager();
     m_saveStatus->setText(QString::fromStdString(manager.lastSyncStatus()));
     updateTitle();
-    updateActions();
+    m_menus->update();
 }
 
 void MainWindow::onLibraryChanged() {
@@ -377,89 +186,15 @@ void MainWindow::onLibraryChanged() {
         QString::fromStdString(manager.lastSyncStatus()),
         (m_services.storage().isUsingCloud() ? tr("Sync folder: %1") : tr("Local library: %1")).arg(root));
     onSelectionChanged();
-    rebuildRecentMenu();
+    m_menus->rebuildRecentMenu();
 }
 
 void MainWindow::onInterfaceChanged() {
     const auto& state = m_services.controller().interfaceState();
     m_sermonView->syncInterface();
-    m_classic->setChecked(state.layoutStyle == app::AppLayoutStyle::classic);
-    m_modern->setChecked(state.layoutStyle == app::AppLayoutStyle::modernOutline);
-    m_readingMode->setChecked(state.readingMode);
-    m_compactLayout->setChecked(state.compactLayout);
     m_biblePanel->setCanAttach(m_services.controller().selection().subTopicId.has_value() && !state.readingMode);
-    rebuildRecentMenu();
-}
-
-void MainWindow::onStatus(const QString& title, const QString& detail, bool isAlert) {
-    if (!isAlert) {
-        m_toast->showToast(title, detail);
-        return;
-    }
-    auto* box = new QMessageBox(QMessageBox::Warning, title, detail, QMessageBox::Ok, this);
-    box->setObjectName(QStringLiteral("statusAlert"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    connect(box, &QMessageBox::finished, this, [this] { m_services.controller().close(app::Sheet::statusAlert); });
-    box->open();
-}
-
-void MainWindow::confirm(const QString& name, const QString& title, const QString& message, const QString& action,
-                         std::function<void()> accepted, std::function<void()> rejected) {
-    auto* box = new QMessageBox(QMessageBox::Question, title, message, QMessageBox::Cancel, this);
-    box->setObjectName(name);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    QPushButton* yes = box->addButton(action, QMessageBox::DestructiveRole);
-    yes->setObjectName(name + QStringLiteral("Accept"));
-    box->setDefaultButton(QMessageBox::Cancel);
-    connect(box, &QMessageBox::finished, this,
-            [box, yes, accepted = std::move(accepted), rejected = std::move(rejected)] {
-                if (box->clickedButton() == yes)
-                    accepted();
-                else
-                    rejected();
-            });
-    box->open();
-}
-
-void MainWindow::onSheet(int sheet, bool open) {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    if (!open)
-        return;
-    switch (static_cast<app::Sheet>(sheet)) {
-    case app::Sheet::deleteConfirmation:
-        confirm(
-            QStringLiteral("deleteConfirmation"), tr("Delete?"), QString::fromStdString(controller.deletionMessage()),
-            tr("Delete"), [&controller] { controller.confirmDeletion(); },
-            [&controller] { controller.cancelDeletion(); });
-        break;
-    case app::Sheet::sermonDeleteConfirmation:
-        confirm(
-            QStringLiteral("trashConfirmation"), tr("Move to Trash?"),
-            QString::fromStdString(controller.trashConfirmationMessage()), tr("Move to Trash"),
-            [&controller] { controller.confirmMoveToTrash(); }, [&controller] { controller.cancelMoveToTrash(); });
-        break;
-    case app::Sheet::restoreBackupConfirmation:
-        confirm(
-            QStringLiteral("restoreConfirmation"), tr("Restore?"), QString::fromStdString(controller.restoreQuestion()),
-            tr("Restore"), [&controller] { controller.confirmRestore(); },
-            [&controller] { controller.cancelRestore(); });
-        break;
-    default:
-        break;
-    }
-}
-
-void MainWindow::updateActions() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    m_undo->setEnabled(controller.canUndo());
-    m_redo->setEnabled(controller.canRedo());
-    const bool hasSermon = controller.selectedSermon() != nullptr || !m_sidebar->selectedIds().empty();
-    for (QAction* action : m_needsSermon)
-        action->setEnabled(hasSermon);
-    auto ids = m_sidebar->selectedIds();
-    const auto& manager = m_services.manager();
-    m_pin->setChecked(!ids.empty() && manager.pinnedSermonIds().contains(ids.front()));
-    m_hide->setChecked(!ids.empty() && manager.hiddenSermonIds().contains(ids.front()));
+    m_menus->update();
+    m_menus->rebuildRecentMenu();
 }
 
 void MainWindow::updateTitle() {
@@ -467,17 +202,6 @@ void MainWindow::updateTitle() {
     QString product = QString::fromUtf8(platform::applicationName);
     QString title = sermon && !sermon->title.empty() ? QString::fromStdString(sermon->title) : QString();
     setWindowTitle(title.isEmpty() ? product : title + QStringLiteral(" — ") + product);
-}
-
-void MainWindow::rebuildRecentMenu() {
-    m_recentMenu->clear();
-    const auto& recent = m_services.controller().interfaceState().recentSermonFiles;
-    for (const std::string& file : recent) {
-        QString path = QString::fromStdString(file);
-        m_recentMenu->addAction(QFileInfo(path).fileName(), this, [this, path] { openFiles({path}); })
-            ->setToolTip(path);
-    }
-    m_recentMenu->setEnabled(!recent.empty());
 }
 
 void MainWindow::loadSpellingVocabulary() {
@@ -490,91 +214,47 @@ void MainWindow::loadSpellingVocabulary() {
     m_vocabulary.setFuture(QtConcurrent::run([loader = &m_services.bibles()] { return bibleVocabulary(*loader); }));
 }
 
+// Mesh ------------------------------------------------------------------------------------------
+
+void MainWindow::startMesh() {
+    m_mesh->start();
+}
+
+void MainWindow::focusReference(const QString& reference) {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    if (const model::SermonNote* sermon = controller.selectedSermon()) {
+        for (const auto& topic : sermon->topics) {
+            for (const auto& sub : topic.subTopics) {
+                for (const auto& scripture : sub.scriptures) {
+                    if (scriptureTitle(scripture) == reference) {
+                        controller.selectScripture(scripture.id);
+                        return;
+                    }
+                }
+            }
+        }
+    }
+    showInBible(reference);
+}
+
+void MainWindow::showInBible(const QString& reference) {
+    m_bibleDock->show();
+    m_biblePanel->searchField()->setText(reference);
+    m_biblePanel->search(reference);
+}
+
 // Commands --------------------------------------------------------------------------------------
-
-void MainWindow::newSermon() {
-    NewSermonDialog dialog(m_services.controller().newSermonStorageNote(), this);
-    if (dialog.exec() == QDialog::Accepted)
-        m_services.controller().createSermon(dialog.form());
-}
-
-void MainWindow::openDocument() {
-    QStringList files =
-        QFileDialog::getOpenFileNames(this, tr("Open Sermon"), {}, tr("Quillon sermons (*.quillet *.vrnsermons)"));
-    openFiles(files);
-}
-
-void MainWindow::importFile() {
-    QStringList files = QFileDialog::getOpenFileNames(
-        this, tr("Import"), {}, tr("Sermons and outlines (*.quillet *.vrnsermons *.docx *.md *.txt *.rtf)"));
-    openFiles(files);
-}
 
 void MainWindow::openFiles(const QStringList& files) {
     if (isMinimized())
         showNormal();
     raise();
     activateWindow();
-    app::SermonNotesViewModel& controller = m_services.controller();
-    for (const QString& file : files) {
-        std::filesystem::path path = file.toStdString();
-        QString suffix = QFileInfo(file).suffix().toLower();
-        if (suffix == QStringLiteral("quillet"))
-            controller.openDocument(path);
-        else if (suffix == QStringLiteral("vrnsermons"))
-            controller.importArchive(path);
-        else
-            controller.importOutlineDocument(path);
-    }
+    m_commands->openFiles(files);
 }
 
 bool MainWindow::exportSelected(app::ExportFormat format, const QString& file) {
-    const model::SermonNote* sermon = m_services.controller().selectedSermon();
-    return sermon && m_exports->start(*sermon, format, file.toStdString());
-}
-
-void MainWindow::exportSermon(app::ExportFormat format) {
-    const model::SermonNote* sermon = m_services.controller().selectedSermon();
-    if (!sermon)
-        return;
-    const ExportChoice* choice = nullptr;
-    for (const ExportChoice& candidate : exportChoices) {
-        if (candidate.format == format)
-            choice = &candidate;
-    }
-    QString suggested = safeFileName(sermon->title) + u'.' + QString::fromLatin1(choice->extension);
-    QString file = QFileDialog::getSaveFileName(this, tr("Export Sermon"), suggested, tr(choice->filter));
-    if (!file.isEmpty())
-        exportSelected(format, file);
-}
-
-void MainWindow::exportArchive() {
-    QString file = QFileDialog::getSaveFileName(this, tr("Export Library"), QStringLiteral("Quillon.vrnsermons"),
-                                                tr("Quillon library archive (*.vrnsermons)"));
-    if (!file.isEmpty())
-        m_services.controller().exportLibraryArchive(file.toStdString());
-}
-
-void MainWindow::backUp() {
-    QString folder = QFileDialog::getExistingDirectory(this, tr("Choose Backup Location"));
-    if (!folder.isEmpty())
-        m_services.controller().backUp(folder.toStdString());
-}
-
-void MainWindow::restore() {
-    QString folder = QFileDialog::getExistingDirectory(this, tr("Choose a Backup to Restore"));
-    if (!folder.isEmpty())
-        m_services.controller().requestRestore(folder.toStdString());
-}
-
-void MainWindow::duplicateSelected() {
-    app::SermonNotesViewModel& controller = m_services.controller();
-    const model::SermonNote* sermon = controller.selectedSermon();
-    if (!sermon)
-        return;
-    model::SermonNote copy = controller.store().duplicate(*sermon);
-    onLibraryChanged();
-    controller.selectSermon(copy.id);
+    return m_commands->exportSelected(format, file);
 }
 
 // Window ----------------------------------------------------------------------------------------
@@ -587,7 +267,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
     const QList<QUrl> urls = event->mimeData()->urls();
     if (!urls.isEmpty() && std::all_of(urls.begin(), urls.end(), [](const QUrl& url) {
-            return url.isLocalFile() && isOpenable(url.toLocalFile());
+            return url.isLocalFile() && DeskCommands::isOpenable(url.toLocalFile());
         }))
         event->acceptProposedAction();
 }

@@ -11,20 +11,21 @@
 #include <set>
 #include <string>
 
-class QAction;
-class QActionGroup;
 class QDockWidget;
 class QLabel;
-class QMenu;
-class QMessageBox;
 class QStackedWidget;
 
 namespace quillon::desktop {
 
 class BiblePanel;
 class ControllerBridge;
+class ControllerDialogs;
+class DeskCommands;
+class DeskMenus;
 class DeskServices;
 class ExportRunner;
+class MeshIndicator;
+class MeshLink;
 class SermonSidebar;
 class SermonView;
 class SpellChecker;
@@ -32,8 +33,8 @@ class ToastOverlay;
 
 /// The desk's one window: it puts the sidebar, the sermon, the Bible panel, the menus and the
 /// notices together and connects them to the editing controller. It decides nothing about
-/// sermons itself: every command is one call of the controller, and every view follows the
-/// controller's notices.
+/// sermons itself: the commands (DeskCommands) are calls of the controller, the menus (DeskMenus)
+/// start them, and every view follows the controller's notices.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -44,6 +45,12 @@ public:
     /// Opens sermon documents, archives and outlines handed over by the file manager, a drop or a
     /// later start.
     void openFiles(const QStringList& files);
+    /// Starts the scripture mesh (listeners and discovery); the window works the same without it.
+    void startMesh();
+    /// Focuses a reference a peer sent: the selected sermon's scripture with it, else the Bible panel.
+    void focusReference(const QString& reference);
+    /// Shows `reference` in the Bible panel.
+    void showInBible(const QString& reference);
     /// Exports the selected sermon to `file` in the background; false when none is selected.
     bool exportSelected(app::ExportFormat format, const QString& file);
 
@@ -52,6 +59,10 @@ public:
     SermonView* sermonView() const { return m_sermonView; }
     SermonListModel& sermonModel() { return m_sermonModel; }
     ExportRunner* exportRunner() const { return m_exports; }
+    MeshLink& mesh() const { return *m_mesh; }
+    DeskServices& services() const { return m_services; }
+    DeskCommands& commands() const { return *m_commands; }
+    DeskMenus& menus() const { return *m_menus; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -60,13 +71,6 @@ protected:
 
 private:
     void buildDocks();
-    void buildMenus();
-    void buildFileMenu();
-    void buildEditMenu();
-    void buildSermonMenu();
-    void buildViewMenu();
-    void buildHelpMenu();
-    void buildSidebarMenu();
     void connectController();
     void loadSpellingVocabulary();
 
@@ -74,22 +78,7 @@ private:
     void onSermonChanged();
     void onLibraryChanged();
     void onInterfaceChanged();
-    void onStatus(const QString& title, const QString& detail, bool isAlert);
-    void onSheet(int sheet, bool open);
-    void confirm(const QString& name, const QString& title, const QString& message, const QString& action,
-                 std::function<void()> accepted, std::function<void()> rejected);
-
-    void newSermon();
-    void openDocument();
-    void importFile();
-    void exportSermon(app::ExportFormat format);
-    void exportArchive();
-    void backUp();
-    void restore();
-    void duplicateSelected();
-    void updateActions();
     void updateTitle();
-    void rebuildRecentMenu();
 
     DeskServices& m_services;
     std::unique_ptr<SpellChecker> m_spelling;
@@ -104,20 +93,13 @@ private:
     QStackedWidget* m_sermonArea = nullptr;
     QLabel* m_noSermon = nullptr;
     QLabel* m_saveStatus = nullptr;
-    QLabel* m_meshStatus = nullptr;
+    MeshLink* m_mesh = nullptr;
+    MeshIndicator* m_meshStatus = nullptr;
     ToastOverlay* m_toast = nullptr;
     ExportRunner* m_exports = nullptr;
-    QMenu* m_recentMenu = nullptr;
-    QMenu* m_sidebarMenu = nullptr;
-    QAction* m_undo = nullptr;
-    QAction* m_redo = nullptr;
-    QAction* m_readingMode = nullptr;
-    QAction* m_compactLayout = nullptr;
-    QAction* m_classic = nullptr;
-    QAction* m_modern = nullptr;
-    QAction* m_pin = nullptr;
-    QAction* m_hide = nullptr;
-    QList<QAction*> m_needsSermon;
+    DeskCommands* m_commands = nullptr;
+    DeskMenus* m_menus = nullptr;
+    ControllerDialogs* m_dialogs = nullptr;
     QFutureWatcher<std::set<std::string>> m_vocabulary;
 };
 

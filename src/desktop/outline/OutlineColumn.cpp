@@ -61,6 +61,8 @@ OutlineColumn::OutlineColumn(OutlineModel& model, const QString& name, const QSt
     m_list->setDragDropMode(QAbstractItemView::InternalMove);
     m_list->setDefaultDropAction(Qt::MoveAction);
     m_list->setTextElideMode(Qt::ElideRight);
+    // Long titles end in "…" (the whole title is in the tooltip) rather than scroll sideways.
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_list->installEventFilter(this);
 
     m_add = new QLineEdit(this);

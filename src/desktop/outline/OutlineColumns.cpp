@@ -1,9 +1,9 @@
 #include "desktop/outline/OutlineColumns.h"
 
 #include "app/SermonNotesViewModel.h"
+#include "desktop/outline/BookCompleter.h"
 #include "desktop/outline/OutlineColumn.h"
 #include "desktop/outline/OutlineModel.h"
-#include "scripture/BibleBook.h"
 
 #include <QCompleter>
 #include <QHBoxLayout>
@@ -14,20 +14,6 @@
 #include <cmath>
 
 namespace quillon::desktop {
-
-namespace {
-
-QCompleter* bookCompleter(QObject* parent) {
-    QStringList names;
-    for (const auto& book : scripture::allBibleBooks())
-        names << QString::fromStdString(book.name);
-    auto* completer = new QCompleter(names, parent);
-    completer->setCaseSensitivity(Qt::CaseInsensitive);
-    completer->setCompletionMode(QCompleter::InlineCompletion);
-    return completer;
-}
-
-} // namespace
 
 OutlineColumns::OutlineColumns(app::SermonNotesViewModel& controller, OutlineModel& model, QWidget* parent)
     : QWidget(parent), m_controller(controller), m_model(model) {
@@ -94,7 +80,13 @@ OutlineColumns::OutlineColumns(app::SermonNotesViewModel& controller, OutlineMod
 
 void OutlineColumns::setTrailingWidget(QWidget* widget) {
     m_splitter->addWidget(widget);
+    for (int column = 0; column < 3; ++column)
+        m_splitter->setStretchFactor(column, 0);
     m_splitter->setStretchFactor(3, 1);
+    // The columns keep their remembered widths; the details take what is left.
+    const auto& state = m_controller.interfaceState();
+    m_splitter->setSizes({static_cast<int>(state.topicColumnWidth), static_cast<int>(state.subtopicColumnWidth),
+                          static_cast<int>(state.scriptureColumnWidth), 10'000});
 }
 
 void OutlineColumns::addScripture(const QString& typed) {

@@ -1,5 +1,7 @@
 #include "desktop/outline/OutlineTree.h"
 
+#include "desktop/outline/BookCompleter.h"
+
 #include "app/SermonNotesViewModel.h"
 #include "desktop/outline/OutlineModel.h"
 
@@ -133,9 +135,9 @@ void OutlineTree::showMenu(const QPoint& point) {
         });
     } else if (kind == OutlineModel::Kind::subTopic) {
         menu.addAction(tr("Add Scripture…"), this, [this, sermonId, id] {
-            QString typed = QInputDialog::getText(this, tr("Add Scripture"), tr("Reference (John 3:16):"));
-            if (!typed.trimmed().isEmpty())
-                m_controller.addScripture(sermonId, *id, typed.trimmed().toStdString());
+            QString typed = askForReference(this);
+            if (!typed.isEmpty())
+                m_controller.addScripture(sermonId, *id, typed.toStdString());
         });
     }
     menu.addAction(tr("Delete"), QKeySequence::Delete, this, &OutlineTree::deleteCurrent);

@@ -73,7 +73,6 @@ ScripturePanel::ScripturePanel(app::SermonNotesViewModel& controller, scripture:
     m_tool->addItem(tr("Line break"), lineBreakTool);
     m_send = new QPushButton(tr("Send to Screen"), this);
     m_send->setObjectName(QStringLiteral("sendToScreenButton"));
-    m_send->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return));
     m_send->setToolTip(tr("Put this passage on the connected screens (Ctrl+Return)"));
     m_text = new QTextBrowser(this);
     m_text->setObjectName(QStringLiteral("scriptureText"));

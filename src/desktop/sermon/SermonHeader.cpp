@@ -25,6 +25,9 @@ void setTextKeepingCursor(QLineEdit* field, const QString& text) {
     if (field->text() == text)
         return;
     field->setText(text);
+    // A long title shows its beginning, not its end, until the preacher edits it.
+    if (!field->hasFocus())
+        field->setCursorPosition(0);
 }
 
 QString joinedTags(const std::vector<std::string>& tags) {

@@ -29,7 +29,13 @@ void drawThumbnail(QPainter* painter, const QRect& box, const QModelIndex& index
         QPointF origin(box.x() - (logical.width() - box.width()) / 2, box.y() - (logical.height() - box.height()) / 2);
         painter->drawPixmap(origin, scaled);
     } else {
-        painter->fillRect(box, palette.color(QPalette::Mid));
+        // A tint between the text and the background reads on light and dark palettes alike.
+        const QColor text = palette.color(QPalette::Text);
+        const QColor base = palette.color(QPalette::Base);
+        auto blend = [&](int (QColor::*channel)() const) {
+            return ((text.*channel)() * 35 + (base.*channel)() * 65) / 100;
+        };
+        painter->fillRect(box, QColor(blend(&QColor::red), blend(&QColor::green), blend(&QColor::blue)));
         QFont font = painter->font();
         font.setBold(true);
         font.setPointSizeF(font.pointSizeF() * 1.3);

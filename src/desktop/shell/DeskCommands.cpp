@@ -1,0 +1,270 @@
+#include "desktop/shell/DeskCommands.h"
+
+#include "desktop/shell/Plural.h"
+
+#include "app/OutlineEditing.h"
+#include "app/SermonNotesViewModel.h"
+#include "desktop/DeskServices.h"
+#include "desktop/mesh/MeshLink.h"
+#include "desktop/outline/OutlineModel.h"
+#include "desktop/scripture/ScripturePanel.h"
+#include "desktop/search/DeskSearch.h"
+#include "desktop/sheets/NewSermonDialog.h"
+#include "desktop/sheets/PairingDialog.h"
+#include "desktop/sheets/TrashWindow.h"
+#include "desktop/sheets/VersionHistoryWindow.h"
+#include "desktop/shell/ExportRunner.h"
+#include "desktop/shell/SermonPrinter.h"
+#include "desktop/sidebar/SermonSidebar.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QRegularExpression>
+#include <QStatusBar>
+#include <QWidget>
+
+namespace quillon::desktop {
+
+namespace {
+
+struct ExportFile {
+    app::ExportFormat format;
+    const char* filter;
+    const char* extension;
+};
+
+constexpr ExportFile exportFiles[] = {
+    {app::ExportFormat::word, "Word document (*.docx)", "docx"},
+    {app::ExportFormat::powerPoint, "PowerPoint presentation (*.pptx)", "pptx"},
+    {app::ExportFormat::pdf, "PDF document (*.pdf)", "pdf"},
+    {app::ExportFormat::rtf, "Rich text (*.rtf)", "rtf"},
+    {app::ExportFormat::markdown, "Markdown (*.md)", "md"},
+};
+
+QString safeFileName(const std::string& title) {
+    QString name = QString::fromStdString(title).trimmed();
+    name.replace(QRegularExpression(QStringLiteral("[/\\\\:*?\"<>|]")), QStringLiteral("-"));
+    return name.isEmpty() ? QStringLiteral("Sermon") : name;
+}
+
+} // namespace
+
+DeskCommands::DeskCommands(QWidget& window, DeskServices& services, SermonSidebar& sidebar, ExportRunner& exports)
+    : QObject(&window), m_window(window), m_services(services), m_sidebar(sidebar), m_exports(exports),
+      m_printer(new SermonPrinter(window, services.controller(), services.verseText(), this)) {}
+
+DeskCommands::~DeskCommands() = default;
+
+bool DeskCommands::isOpenable(const QString& file) {
+    static const QStringList suffixes = {"quillet", "vrnsermons", "docx", "md", "txt", "rtf"};
+    return suffixes.contains(QFileInfo(file).suffix().toLower());
+}
+
+void DeskCommands::newSermon() {
+    NewSermonDialog dialog(m_services.controller().newSermonStorageNote(), &m_window);
+    if (dialog.exec() == QDialog::Accepted)
+        m_services.controller().createSermon(dialog.form());
+}
+
+void DeskCommands::openDocument() {
+    openFiles(QFileDialog::getOpenFileNames(&m_window, tr("Open Sermon"), {},
+                                            tr("Quillon sermons (*.quillet *.vrnsermons)")));
+}
+
+void DeskCommands::importFile() {
+    openFiles(QFileDialog::getOpenFileNames(
+        &m_window, tr("Import"), {}, tr("Sermons and outlines (*.quillet *.vrnsermons *.docx *.md *.txt *.rtf)")));
+}
+
+void DeskCommands::openFiles(const QStringList& files) {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    for (const QString& file : files) {
+        std::filesystem::path path = file.toStdString();
+        QString suffix = QFileInfo(file).suffix().toLower();
+        if (suffix == QStringLiteral("quillet"))
+            controller.openDocument(path);
+        else if (suffix == QStringLiteral("vrnsermons"))
+            controller.importArchive(path);
+        else
+            controller.importOutlineDocument(path);
+    }
+}
+
+bool DeskCommands::exportSelected(app::ExportFormat format, const QString& file) {
+    const model::SermonNote* sermon = m_services.controller().selectedSermon();
+    return sermon && m_exports.start(*sermon, format, file.toStdString());
+}
+
+void DeskCommands::exportSermon(app::ExportFormat format) {
+    const model::SermonNote* sermon = m_services.controller().selectedSermon();
+    if (!sermon)
+        return;
+    const ExportFile* choice = &exportFiles[0];
+    for (const ExportFile& candidate : exportFiles) {
+        if (candidate.format == format)
+            choice = &candidate;
+    }
+    QString suggested = safeFileName(sermon->title) + u'.' + QString::fromLatin1(choice->extension);
+    QString file = QFileDialog::getSaveFileName(&m_window, tr("Export Sermon"), suggested, tr(choice->filter));
+    if (!file.isEmpty())
+        exportSelected(format, file);
+}
+
+void DeskCommands::exportArchive() {
+    QString file = QFileDialog::getSaveFileName(&m_window, tr("Export Library"), QStringLiteral("Quillon.vrnsermons"),
+                                                tr("Quillon library archive (*.vrnsermons)"));
+    if (!file.isEmpty())
+        m_services.controller().exportLibraryArchive(file.toStdString());
+}
+
+void DeskCommands::print() {
+    if (const model::SermonNote* sermon = m_services.controller().selectedSermon())
+        m_printer->print(*sermon);
+}
+
+void DeskCommands::backUp() {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    if (controller.store().sermons().empty()) {
+        // The controller's own alert; no folder is asked for an empty library.
+        controller.backUp({});
+        return;
+    }
+    QString folder = QFileDialog::getExistingDirectory(&m_window, tr("Choose Backup Location"));
+    if (folder.isEmpty())
+        return;
+    m_backupFolder = folder.toStdString();
+    controller.backUp(*m_backupFolder);
+}
+
+void DeskCommands::backUpAnyway() {
+    if (m_backupFolder)
+        m_services.controller().backUp(*m_backupFolder, true);
+}
+
+void DeskCommands::restore() {
+    QString folder = QFileDialog::getExistingDirectory(&m_window, tr("Choose a Backup to Restore"));
+    if (!folder.isEmpty())
+        m_services.controller().requestRestore(folder.toStdString());
+}
+
+void DeskCommands::duplicateSelected() {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    if (const model::SermonNote* sermon = controller.selectedSermon())
+        controller.duplicateSermon(sermon->id);
+}
+
+void DeskCommands::setPinned(bool pinned) {
+    for (const auto& id : m_sidebar.selectedIds())
+        m_services.controller().setPinned(id, pinned);
+}
+
+void DeskCommands::setHidden(bool hidden) {
+    for (const auto& id : m_sidebar.selectedIds())
+        m_services.controller().setHidden(id, hidden);
+}
+
+void DeskCommands::tagSelected() {
+    auto ids = m_sidebar.selectedIds();
+    if (ids.empty())
+        return;
+    bool ok = false;
+    QString name = QInputDialog::getText(
+        &m_window, tr("Tag Sermons"),
+        counted(static_cast<long long>(ids.size()), tr("Tag for %1 sermon:"), tr("Tag for %1 sermons:")),
+        QLineEdit::Normal, {}, &ok);
+    if (ok && !name.trimmed().isEmpty())
+        m_services.controller().applyTag(name.trimmed().toStdString(), ids);
+}
+
+void DeskCommands::moveSelectedToTrash() {
+    auto ids = m_sidebar.selectedIds();
+    if (ids.empty()) {
+        if (const model::SermonNote* sermon = m_services.controller().selectedSermon())
+            ids.push_back(sermon->id);
+    }
+    if (!ids.empty())
+        m_services.controller().requestMoveToTrash(ids);
+}
+
+void DeskCommands::showTrash() {
+    TrashWindow::showFor(m_window, m_services.controller());
+}
+
+void DeskCommands::showVersionHistory() {
+    VersionHistoryWindow::showFor(m_window, m_services.controller(), m_services.versions());
+}
+
+void DeskCommands::runSelfTest() {
+    QStringList lines;
+    bool healthy = true;
+    for (const auto& result : m_services.controller().runSelfTest()) {
+        lines << QString::fromStdString(result.line());
+        if (!result.sentence.empty()) {
+            healthy = false;
+            lines << QString::fromStdString(result.sentence);
+        }
+    }
+    auto* box = new QMessageBox(healthy ? QMessageBox::Information : QMessageBox::Warning, tr("Self-Test"),
+                                lines.join(u'\n'), QMessageBox::Ok, &m_window);
+    box->setObjectName(QStringLiteral("selfTestResult"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void DeskCommands::about() {
+    QMessageBox::about(&m_window, tr("About Quillon"),
+                       tr("<b>Quillon</b> %1<br>A sermon-preparation desk.").arg(QApplication::applicationVersion()));
+}
+
+void DeskCommands::sendToScreen() {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    const model::SermonNote* sermon = controller.selectedSermon();
+    const auto& selection = controller.selection();
+    const model::SermonScripture* scripture =
+        sermon && selection.scriptureId ? app::findScripture(*sermon, *selection.scriptureId) : nullptr;
+    auto* statusBar =
+        qobject_cast<QMainWindow*>(&m_window) ? qobject_cast<QMainWindow*>(&m_window)->statusBar() : nullptr;
+    auto say = [statusBar](const QString& text) {
+        if (statusBar)
+            statusBar->showMessage(text, 5000);
+    };
+    if (!scripture)
+        return say(tr("Choose a scripture to send to the screen."));
+    if (!m_mesh || !m_mesh->isRunning())
+        return say(tr("The screens are not connected; the scripture mesh is not running."));
+    const QString reference = scriptureTitle(*scripture);
+    const QString version = QString::fromUtf8(model::rawValue(scripture->version));
+    m_mesh->announce(reference, QString::fromStdString(scripture->bookName), version,
+                     passageText(m_services.bibles(), *scripture));
+    say(tr("Sent %1 (%2) to the screens.").arg(reference, version));
+}
+
+void DeskCommands::showSearch() {
+    DeskSearch* search = DeskSearch::showFor(m_window, m_services);
+    if (search->property("connected").toBool())
+        return;
+    search->setProperty("connected", true);
+    connect(search, &DeskSearch::sermonChosen, this,
+            [this](const model::Uuid& id) { m_services.controller().selectSermon(id); });
+    connect(search, &DeskSearch::referenceChosen, this, &DeskCommands::referenceRequested);
+}
+
+void DeskCommands::pairWithScreen() {
+    if (!m_mesh)
+        return;
+    auto* dialog = m_window.findChild<PairingDialog*>(QStringLiteral("pairingDialog"), Qt::FindDirectChildrenOnly);
+    if (!dialog) {
+        dialog = new PairingDialog(*m_mesh, &m_window);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+}
+
+} // namespace quillon::desktop
