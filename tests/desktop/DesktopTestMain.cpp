@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
@@ -22,6 +23,9 @@ std::unique_ptr<QObject> makeAssistantSheetTest();
 std::unique_ptr<QObject> makeCompanionsTest();
 std::unique_ptr<QObject> makeHelpDiagnosticsTest();
 std::unique_ptr<QObject> makeNotificationTest();
+std::unique_ptr<QObject> makeCommandsTest();
+std::unique_ptr<QObject> makeKillTest();
+int runTypist(const std::filesystem::path& root, const std::filesystem::path& preferences);
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
@@ -29,9 +33,10 @@ int main(int argc, char** argv) {
         {"instance", makeInstanceTest},        {"editor", makeEditorTest},         {"outline", makeOutlineModelTest},
         {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
         {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest}, {"help", makeHelpDiagnosticsTest},
-        {"notify", makeNotificationTest},
+        {"notify", makeNotificationTest},      {"commands", makeCommandsTest},     {"kill", makeKillTest},
     };
-    if (argc < 2 || !suites.contains(argv[1])) {
+    const bool typist = argc == 4 && std::string(argv[1]) == "typist";
+    if (argc < 2 || (!suites.contains(argv[1]) && !typist)) {
         std::fprintf(stderr, "usage: desktop_tests <suite> [QTest options]; suites:");
         for (const auto& [name, make] : suites)
             std::fprintf(stderr, " %s", name.c_str());
@@ -40,6 +45,11 @@ int main(int argc, char** argv) {
     }
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (typist) {
+        // Killed by its parent test, which gave it the parent's own temporary home.
+        QApplication application(argc, argv);
+        return runTypist(argv[2], argv[3]);
+    }
     // The application reads and writes nothing of the developer's own.
     QTemporaryDir home;
     for (const char* variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME", "XDG_CACHE_HOME"})

@@ -3,11 +3,22 @@
 #include "desktop/sidebar/SermonListModel.h"
 #include "desktop/sidebar/SermonSidebar.h"
 
+#include "app/SermonNotesViewModel.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QComboBox>
 #include <QDockWidget>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
 #include <QStackedWidget>
 #include <QTest>
+#include <QTextEdit>
+#include <QToolBar>
 
 using namespace quillon;
 using namespace quillon::desktop;
@@ -44,6 +55,52 @@ private slots:
         QCOMPARE(restarted.windowTitle(), QStringLiteral("Second Wind — Quillon"));
         auto* list = child<QListView>(&restarted, "sermonList");
         QCOMPARE(restarted.sermonModel().idAt(list->currentIndex().row()), std::optional(second.id));
+    }
+
+    void everyControlHasANameForScreenReadersAndTakesTheKeyboard() {
+        auto sermon = sermonTitled("Named Controls", 1);
+        model::SermonTopic topic;
+        topic.id = model::Uuid::random();
+        topic.title = "Point";
+        model::SermonSubTopic sub;
+        sub.id = model::Uuid::random();
+        sub.title = "Sub-point";
+        model::SermonScripture scripture;
+        scripture.id = model::Uuid::random();
+        scripture.bookName = "John";
+        scripture.chapter = 3;
+        scripture.startVerse = 16;
+        scripture.endVerse = 16;
+        sub.scriptures = {scripture};
+        topic.subTopics = {sub};
+        sermon.topics = {topic};
+        DeskFixture desk({sermon});
+        MainWindow window(desk.services());
+        window.resize(1300, 850);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (auto style : {app::AppLayoutStyle::classic, app::AppLayoutStyle::modernOutline}) {
+            desk.services().controller().setLayoutStyle(style);
+            desk.services().controller().selectScripture(scripture.id);
+            for (QWidget* widget : window.findChildren<QWidget*>()) {
+                const bool control = qobject_cast<QAbstractButton*>(widget) || qobject_cast<QLineEdit*>(widget) ||
+                                     qobject_cast<QAbstractItemView*>(widget) || qobject_cast<QComboBox*>(widget) ||
+                                     qobject_cast<QTextEdit*>(widget) || qobject_cast<QAbstractSpinBox*>(widget);
+                // A header is named by its columns' titles.
+                if (!control || !widget->isVisibleTo(&window) || qobject_cast<QToolBar*>(widget->parentWidget()) ||
+                    qobject_cast<QHeaderView*>(widget) || qobject_cast<QAbstractItemView*>(widget->parentWidget()) ||
+                    widget->objectName().startsWith(QStringLiteral("qt_")))
+                    continue;
+                QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
+                QVERIFY(accessible);
+                const QString description =
+                    QString::fromLatin1(widget->metaObject()->className()) + u' ' + widget->objectName();
+                QVERIFY2(!accessible->text(QAccessible::Name).trimmed().isEmpty(), qPrintable(description));
+                // Every control can be reached without a mouse: by Tab, or by its own shortcut.
+                QVERIFY2(widget->focusPolicy() & Qt::TabFocus || qobject_cast<QAbstractButton*>(widget),
+                         qPrintable(description));
+            }
+        }
     }
 
     void geometryAndPanelsComeBackAfterRestart() {
