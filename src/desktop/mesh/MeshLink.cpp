@@ -7,6 +7,7 @@
 #include "mesh/SuiteMeshPairingStore.h"
 #include "platform/Preferences.h"
 #include "platform/SecretStore.h"
+#include "screens/ScreenOutlets.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -22,6 +23,8 @@ struct MeshLink::Parts {
         platform::SecretStore::defaultFallbackFile(mesh::SuiteMeshPairingStore::serviceName())};
     mesh::SuiteMeshPairingStore pairings;
     mesh::ScriptureBridge bridge;
+    /// The screens beyond the mesh (the live page, OpenLP, BibleSync) that the preferences switch on.
+    std::shared_ptr<screens::OutletHub> outlets;
     bool running = false;
 
     Parts(platform::Preferences& preferences, mesh::Executor executor)
@@ -94,6 +97,7 @@ void MeshLink::start() {
         auto made = std::make_shared<Parts>(m_preferences, executor);
         connectParts(*made);
         try {
+            made->outlets = screens::attachScreenOutlets(made->bridge, m_preferences);
             made->bridge.start();
             made->running = true;
         } catch (const std::exception& error) {

@@ -22,7 +22,8 @@ struct MeshPairingCode {
 };
 
 /// The scripture mesh inside the desk: the bridge to Brenmoor and Calvane runs on its own network
-/// thread and reports here on the interface thread. Nothing of it may stop the desk: a listener
+/// thread and reports here on the interface thread; the screens the preferences switch on (the live
+/// page, OpenLP, BibleSync) follow every passage sent. Nothing of it may stop the desk: a listener
 /// or discovery that fails is logged and the window carries on without the screens.
 class MeshLink : public QObject {
     Q_OBJECT
