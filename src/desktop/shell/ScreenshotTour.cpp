@@ -5,6 +5,7 @@
 #include "desktop/MainWindow.h"
 #include "desktop/bible/BiblePanel.h"
 #include "desktop/sheets/PairingDialog.h"
+#include "desktop/sheets/TrashWindow.h"
 #include "desktop/shell/DeskCommands.h"
 #include "desktop/shell/DeskMenus.h"
 
@@ -13,6 +14,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPixmap>
 #include <QScreen>
 #include <QTimer>
@@ -119,16 +121,20 @@ std::vector<ScreenshotTour::Step> ScreenshotTour::steps() {
              controller.selectSermon(std::nullopt);
          }},
         {QStringLiteral("pairing"),
-         [=, &window] {
+         [=, &window, &controller] {
              reset();
+             selectDeepest(controller, sermonNamed(controller, "Rest for the Weary"));
              run("pairAction");
              if (auto* dialog = window.findChild<PairingDialog*>(QStringLiteral("pairingDialog")))
                  dialog->generate();
          }},
         {QStringLiteral("trash"),
-         [=] {
+         [=, &window] {
              reset();
              run("trashAction");
+             if (auto* trash = window.findChild<TrashWindow*>(QStringLiteral("trashWindow"));
+                 trash && trash->list()->count())
+                 trash->list()->item(0)->setSelected(true);
          }},
     };
 }
