@@ -9,12 +9,14 @@
 #include <QAbstractItemView>
 #include <QAbstractSpinBox>
 #include <QAccessible>
+#include <QApplication>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTest>
 #include <QTextEdit>
@@ -76,9 +78,18 @@ private slots:
         sermon.topics = {topic};
         DeskFixture desk({sermon});
         MainWindow window(desk.services());
-        window.resize(1300, 850);
+        window.resize(1600, 900);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
+        desk.services().controller().selectSermon(sermon.id);
+        desk.services().controller().selectScripture(scripture.id);
+        QApplication::processEvents();
+        // The classic columns open at their remembered widths, whatever the window's size.
+        const auto& state = desk.services().controller().interfaceState();
+        const QList<int> widths = child<QSplitter>(&window, "outlineColumnsSplitter")->sizes().mid(0, 3);
+        QCOMPARE(widths,
+                 (QList<int>{static_cast<int>(state.topicColumnWidth), static_cast<int>(state.subtopicColumnWidth),
+                             static_cast<int>(state.scriptureColumnWidth)}));
         for (auto style : {app::AppLayoutStyle::classic, app::AppLayoutStyle::modernOutline}) {
             desk.services().controller().setLayoutStyle(style);
             desk.services().controller().selectScripture(scripture.id);

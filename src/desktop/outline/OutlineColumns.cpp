@@ -8,6 +8,7 @@
 #include <QCompleter>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QResizeEvent>
 #include <QSplitter>
 #include <QStringListModel>
 
@@ -83,10 +84,35 @@ void OutlineColumns::setTrailingWidget(QWidget* widget) {
     for (int column = 0; column < 3; ++column)
         m_splitter->setStretchFactor(column, 0);
     m_splitter->setStretchFactor(3, 1);
-    // The columns keep their remembered widths; the details take what is left.
+    m_widthsPending = true;
+    applyWidths();
+}
+
+void OutlineColumns::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (m_widthsPending)
+        applyWidths();
+}
+
+void OutlineColumns::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (m_widthsPending)
+        applyWidths();
+}
+
+void OutlineColumns::applyWidths() {
+    if (m_splitter->count() < 4)
+        return;
+    // The columns keep their remembered widths and the details take what is left, once there is
+    // room for both (until then QSplitter would shrink the columns in proportion).
     const auto& state = m_controller.interfaceState();
-    m_splitter->setSizes({static_cast<int>(state.topicColumnWidth), static_cast<int>(state.subtopicColumnWidth),
-                          static_cast<int>(state.scriptureColumnWidth), 10'000});
+    const QList<int> columns = {static_cast<int>(state.topicColumnWidth), static_cast<int>(state.subtopicColumnWidth),
+                                static_cast<int>(state.scriptureColumnWidth)};
+    const int rest = m_splitter->width() - columns[0] - columns[1] - columns[2] - 3 * m_splitter->handleWidth();
+    if (rest < 160)
+        return;
+    m_widthsPending = false;
+    m_splitter->setSizes(columns + QList<int>{rest});
 }
 
 void OutlineColumns::addScripture(const QString& typed) {

@@ -27,9 +27,14 @@ public:
     void sync();
     void setReading(bool reading);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
 private:
     void addScripture(const QString& typed);
     void saveWidths();
+    void applyWidths();
 
     app::SermonNotesViewModel& m_controller;
     OutlineModel& m_model;
@@ -38,6 +43,8 @@ private:
     OutlineColumn* m_subTopics = nullptr;
     OutlineColumn* m_scriptures = nullptr;
     bool m_syncing = false;
+    /// The remembered widths wait for the first real width, which QSplitter would otherwise scale.
+    bool m_widthsPending = true;
 };
 
 } // namespace quillon::desktop

@@ -83,13 +83,17 @@ ScripturePanel::ScripturePanel(app::SermonNotesViewModel& controller, scripture:
     m_text->setFont(textFont);
 
     auto* header = new QHBoxLayout;
+    // Two rows keep the panel narrow enough for the outline columns to keep their widths.
     header->addWidget(m_reference, 1);
-    header->addWidget(m_version);
-    header->addWidget(m_tool);
     header->addWidget(m_send);
+    auto* tools = new QHBoxLayout;
+    tools->addWidget(m_version);
+    tools->addWidget(m_tool);
+    tools->addStretch(1);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(8, 4, 8, 4);
     layout->addLayout(header);
+    layout->addLayout(tools);
     layout->addWidget(m_text, 1);
 
     connect(m_version, &QComboBox::currentIndexChanged, this, [this] {
