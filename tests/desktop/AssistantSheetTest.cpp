@@ -85,6 +85,16 @@ private slots:
             QCOMPARE(reason->isVisibleTo(&sheet), !sheet.answer()->caption.reason.empty());
             if (!c.behaviour)
                 QVERIFY(reason->text().contains(QStringLiteral("http://127.0.0.1:1/v1")));
+            if (c.feature == app::AssistantFeatureId::askYourLibrary) {
+                // Each source opens what it cites: the sermon it names is a link.
+                auto* label = qobject_cast<QLabel*>(sheet.items()->itemWidget(sheet.items()->item(0)));
+                QVERIFY2(label && (label->text().contains(QStringLiteral("href=\"sermon:")) ||
+                                   label->text().contains(QStringLiteral("href=\"bible:"))),
+                         c.name);
+                QSignalSpy opened(&sheet, &AssistantSheet::sourceActivated);
+                emit label->linkActivated(QStringLiteral("sermon:") + QString::fromStdString(m_sermon.id.text()));
+                QCOMPARE(opened.count(), 1);
+            }
         }
     }
 
