@@ -97,6 +97,9 @@ ngram_model_t* mixedLanguageModel(cmd_ln_t* config, logmath_t* logmath, const st
         return general;
     }
     ngram_model_set_interp(mixed, names, weights);
+    // The set holds its own reference to each model; ours go.
+    ngram_model_free(general);
+    ngram_model_free(references);
     return mixed;
 }
 
@@ -163,9 +166,12 @@ PocketSphinxRecognizer::PocketSphinxRecognizer(const std::filesystem::path& mode
         throw TranscriptionError("Quillon could not load the speech model in " + modelFolder.string() + ".");
     ngram_model_t* model =
         mixedLanguageModel(m_impl->config, ps_get_logmath(m_impl->decoder), languageModel(modelFolder));
-    // The search takes the model over. Releases of sphinxbase differ in whether a search retains
-    // the model it is given, so it is not released here: at worst it stays until the process ends.
-    if (!model || ps_set_lm(m_impl->decoder, "sermon", model) < 0 || ps_set_search(m_impl->decoder, "sermon") < 0)
+    // The search keeps its own reference to the model (sphinxbase counts them), so ours is
+    // released whether or not the search could be made.
+    const bool searchSet = model && ps_set_lm(m_impl->decoder, "sermon", model) >= 0;
+    if (model)
+        ngram_model_free(model);
+    if (!searchSet || ps_set_search(m_impl->decoder, "sermon") < 0)
         throw TranscriptionError("Quillon could not load the speech model in " + modelFolder.string() + ".");
 }
 

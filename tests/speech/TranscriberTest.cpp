@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <memory>
 #include <set>
 #include <sstream>
 
@@ -168,19 +169,21 @@ TEST(Transcriber, fallsBackToThisComputerWhenTheServerFails) {
         {"dropped", Behaviour::dropConnection()},
         {"too slow", Behaviour::neverReply()},
     };
+    // One transcriber throughout, so the model is loaded once: the server changes its ways
+    // between recordings, and last it is gone altogether.
+    auto server = std::make_unique<StubModelServer>();
+    TranscriptionSettings settings = onDevice();
+    settings.endpoint = server->endpoint();
+    Transcriber transcriber(settings);
     for (const Case& c : cases) {
-        StubModelServer server;
-        server.setDefaultTranscription(c.behaviour);
-        TranscriptionSettings settings = onDevice();
-        settings.endpoint = server.endpoint();
-        auto transcript = Transcriber(settings).transcribe(recording);
+        server->setDefaultTranscription(c.behaviour);
+        auto transcript = transcriber.transcribe(recording);
         ASSERT_TRUE(transcript) << c.name;
         EXPECT_EQ(transcript->recognizer, "pocketsphinx") << c.name;
         EXPECT_FALSE(transcript->isEmpty()) << c.name;
     }
-    TranscriptionSettings unreachable = onDevice();
-    unreachable.endpoint = deadEndpoint();
-    EXPECT_EQ(Transcriber(unreachable).transcribe(recording)->recognizer, "pocketsphinx");
+    server.reset();
+    EXPECT_EQ(transcriber.transcribe(recording)->recognizer, "pocketsphinx");
 }
 
 TEST(Transcriber, saysWhatToInstallOrStartWhenNothingCanRecognise) {
