@@ -232,6 +232,8 @@ public:
     /// Notes the sermons awaiting the trash (one, or a batch) and opens the confirmation.
     void requestMoveToTrash(std::vector<model::Uuid> sermonIds);
     const std::vector<model::Uuid>& pendingTrashIds() const { return m_pendingTrash; }
+    /// The question for the pending sermons. A batch names its first three titles
+    /// (batchTrashNamedTitles) and counts the rest: "“A”, “B”, “C” and 2 more — will move to Trash…".
     std::string trashConfirmationMessage() const;
     /// Moves the pending sermons to the trash and publishes "Moved to Trash"; returns how many moved.
     std::size_t confirmMoveToTrash();

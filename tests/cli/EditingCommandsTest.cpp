@@ -1,6 +1,7 @@
 #include "LibraryRun.h"
 
 #include "model/SermonCoding.h"
+#include "model/SermonDocument.h"
 #include "platform/AtomicFile.h"
 #include "support/SermonFixtures.h"
 
@@ -195,6 +196,66 @@ TEST_F(EditingCommandsTest, notesFromAnRtfFileKeepItAsTheRichTwin) {
     EXPECT_EQ(run({"notes", sermon.id.text(), "--file", plain.string()}).status, 0);
     EXPECT_EQ(stored(sermon.id).notes, "Plain words");
     EXPECT_EQ(stored(sermon.id).notesRTFData, std::nullopt);
+}
+
+TEST_F(EditingCommandsTest, everyEditingCommandAnswersWithOneJsonObjectNamingTheMessage) {
+    const auto sermon = seedSermon("Grace");
+    const std::string id = sermon.id.text();
+    const auto cover = folder.write("cover.jpg", std::string("\xFF\xD8\xFF\xE0 not much of a picture", 26));
+    auto elsewhere = sermon;
+    elsewhere.title = "Grace, edited elsewhere";
+    const auto document = quillon::model::writeSermonDocument(elsewhere, folder.path());
+    const auto archive = folder.write("all.vrnsermons", quillon::model::encodeArchive({sermon}, {}));
+    const auto other = seedSermon("Hope");
+
+    struct Case {
+        std::vector<std::string> arguments;
+        std::string title;
+    };
+    const std::vector<Case> cases{
+        {{"topic", "add", id, "Second"}, "Topic Added"},
+        {{"topic", "rename", id, "2", "Later"}, "Renamed"},
+        {{"topic", "move", id, "2", "--to", "1"}, "Moved"},
+        {{"subtopic", "add", id, "1", "Under"}, "Subtopic Added"},
+        {{"subtopic", "rename", id, "1.1", "Beneath"}, "Renamed"},
+        {{"subtopic", "move", id, "2.1", "--topic", "1", "--to", "1"}, "Moved"},
+        {{"scripture", "add", id, "1.1", "Romans 8:28"}, "Scripture Added"},
+        {{"scripture", "move", id, "1.1.1", "--to", "2"}, "Moved"},
+        {{"scripture", "version", id, "1.1.1", "ASV"}, "Scripture Updated"},
+        {{"scripture", "highlight", id, "1.1.1", "2", "yellow"}, "Scripture Updated"},
+        {{"scripture", "break", id, "1.1.1", "3"}, "Scripture Updated"},
+        {{"scripture", "delete", id, "1.1.1", "--yes"}, "Deleted"},
+        {{"subtopic", "delete", id, "1.1", "--yes"}, "Deleted"},
+        {{"topic", "delete", id, "2", "--yes"}, "Deleted"},
+        {{"details", id, "1", "--text", "Why it matters"}, "Details Saved"},
+        {{"notes", id, "--text", "Begin with the prodigal."}, "Notes Saved"},
+        {{"set", id, "--speaker", "Ann Lee"}, "Sermon Updated"},
+        {{"cover", id, cover.string()}, "Cover Image Set"},
+        {{"cover", id, "--remove"}, "Cover Image Removed"},
+        {{"pin", id}, "Pinned"},
+        {{"pin", id, "--off"}, "Unpinned"},
+        {{"hide", id}, "Hidden"},
+        {{"hide", id, "--off"}, "Shown"},
+        {{"tag", "grace", id}, "Tag Applied"},
+        {{"open", document.string()}, "Opened"},
+        {{"import", archive.string()}, "Nothing Imported"},
+        {{"delete", other.id.text(), "--yes"}, "Moved to Trash"},
+    };
+    for (const auto& c : cases) {
+        auto arguments = c.arguments;
+        arguments.push_back("--json");
+        const auto result = run(arguments);
+        EXPECT_EQ(result.status, 0) << c.title << ": " << result.err;
+        const auto object = nlohmann::json::parse(result.out, nullptr, false);
+        ASSERT_TRUE(object.is_object()) << c.title << ": " << result.out;
+        EXPECT_EQ(object["title"], c.title) << result.out;
+        EXPECT_EQ(object["kind"], "toast") << result.out;
+        EXPECT_TRUE(object["detail"].is_string()) << result.out;
+    }
+    const auto saved = stored(sermon.id);
+    EXPECT_EQ(saved.title, "Grace, edited elsewhere");
+    EXPECT_EQ(saved.speaker, "Ann Lee");
+    EXPECT_FALSE(inLibrary(other.id));
 }
 
 TEST_F(EditingCommandsTest, selftestPassesWithTheShippedBible) {

@@ -208,23 +208,25 @@ TEST_F(LibraryCommandTest, importAppliesTheChosenModeAndReportsTheCount) {
     const auto archive = folder / "incoming.vrnsermons";
     platform::writeFileAtomically(archive, model::encodeArchive({theirs, fresh}, testing::at(2025, 5, 1)));
 
-    EXPECT_EQ(run({"import", archive.string()}).out, "Imported 1 sermons\n");
-    EXPECT_EQ(run({"import", archive.string(), "--mode", "skip"}).out, "Imported 0 sermons\n");
-    EXPECT_EQ(run({"import", archive.string(), "--mode", "copies"}).out, "Imported 2 sermons\n");
+    EXPECT_EQ(run({"import", archive.string()}).out, "Imported\n1 sermon\n");
+    EXPECT_EQ(run({"import", archive.string(), "--mode", "skip"}).out,
+              "Nothing Imported\nEvery sermon in “incoming.vrnsermons” is already in your library.\n");
+    EXPECT_EQ(run({"import", archive.string(), "--mode", "copies"}).out, "Imported\n2 sermons\n");
     EXPECT_EQ(filesInLibrary(), 4u);
     EXPECT_EQ(run({"import", archive.string(), "--mode", "replace", "--json"}).out,
-              "{\n  \"imported\": 2,\n  \"status\": \"Imported 2 sermons\"\n}\n");
+              "{\n  \"title\": \"Imported\",\n  \"detail\": \"2 sermons\",\n  \"kind\": \"toast\",\n  "
+              "\"imported\": 2\n}\n");
     EXPECT_EQ(model::decodeSermonFile(platform::readFile(sermonFile(mine.id))).title, "Theirs");
 
     const auto document = model::writeSermonDocument(makeSermon("Shared"), folder.path());
-    EXPECT_EQ(run({"import", document.string()}).out, "Imported 1 sermons\n");
+    EXPECT_EQ(run({"import", document.string()}).out, "Imported\n1 sermon\n");
 }
 
 TEST_F(LibraryCommandTest, importOfAnOutlineDocumentAddsOneDraft) {
     const auto outline = folder.write("Grace.txt", "I. Grace\nA. Promise\nJohn 3:16\nApplication line\n");
     auto result = run({"import", outline.string()});
     ASSERT_EQ(result.status, 0) << result.err;
-    const std::string prefix = "Imported “Grace” as ";
+    const std::string prefix = "Imported\n1 sermon\n";
     ASSERT_EQ(result.out.substr(0, prefix.size()), prefix);
     auto id = model::Uuid::parse(result.out.substr(prefix.size(), 36));
     ASSERT_TRUE(id);
@@ -247,10 +249,10 @@ TEST_F(LibraryCommandTest, importOfAFileWithoutSermonsIsAUserError) {
         std::vector<std::string> arguments;
         std::string errorStart;
     } cases[] = {
-        {{"import", garbage.string()}, "Quillon found no sermons in “" + garbage.string() + "”.\n"},
-        {{"import", brokenDocument.string()}, "Quillon could not read “" + brokenDocument.string() + "” as a sermon: "},
-        {{"import", (folder / "absent").string()}, "Quillon could not read the file: "},
-        {{"import", folder.path().string()}, "Quillon could not read the file: "},
+        {{"import", garbage.string()}, "Import Failed\nFailed to import garbage.vrnsermons\n"},
+        {{"import", brokenDocument.string()}, "Import Failed\nFailed to import broken.quillet\n"},
+        {{"import", (folder / "absent").string()}, "Import Failed\nFailed to import absent\n"},
+        {{"import", folder.path().string()}, "Import Failed\nFailed to import " + folder.path().filename().string()},
         {{"import", garbage.string(), "--mode", "merge"}, "quillon: --mode: merge not in {skip,replace,copies}"},
     };
     for (const auto& c : cases) {
