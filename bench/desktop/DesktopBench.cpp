@@ -105,9 +105,14 @@ struct BenchDesk {
     }
 };
 
+/// The windows made so far; emptied before the application goes.
+std::map<int, std::unique_ptr<BenchDesk>>& desks() {
+    static std::map<int, std::unique_ptr<BenchDesk>> made;
+    return made;
+}
+
 BenchDesk& desk(int count) {
-    static std::map<int, std::unique_ptr<BenchDesk>> desks;
-    auto& made = desks[count];
+    auto& made = desks()[count];
     if (!made)
         made = std::make_unique<BenchDesk>(count);
     return *made;
@@ -169,5 +174,6 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+    desks().clear();
     return 0;
 }

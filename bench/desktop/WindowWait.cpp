@@ -75,7 +75,8 @@ int main(int argc, char** argv) {
         }
         if (elapsed >= 0)
             break;
-        if (std::chrono::steady_clock::now() - started > std::chrono::seconds(30) || waitpid(pid, nullptr, WNOHANG) == pid) {
+        if (std::chrono::steady_clock::now() - started > std::chrono::seconds(30) ||
+            waitpid(pid, nullptr, WNOHANG) == pid) {
             std::fprintf(stderr, "window_wait: %s showed no window\n", argv[first]);
             kill(pid, SIGKILL);
             return 1;
