@@ -101,7 +101,10 @@ bool confirm(CommandContext& context, const std::string& question, bool yes) {
     context.out << "Continue? [y/N] " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
-    return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes";
+    if (answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes")
+        return true;
+    context.err << "Nothing was changed.\n";
+    return false;
 }
 
 } // namespace quillon::cli
