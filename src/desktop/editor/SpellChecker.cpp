@@ -1,14 +1,16 @@
 #include "desktop/editor/SpellChecker.h"
 
+#include "platform/AtomicFile.h"
+#include "platform/FileError.h"
 #include "scripture/BibleLoader.h"
 
 #include <hunspell/hunspell.hxx>
 
 #include <QFileInfo>
 
+#include <algorithm>
 #include <string_view>
 #include <unordered_set>
-#include <vector>
 
 namespace quillon::desktop {
 
@@ -18,6 +20,21 @@ const QString defaultFolder = QStringLiteral("/usr/share/hunspell");
 
 bool isWordCharacter(unsigned char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c >= 0x80 || c == '\'';
+}
+
+/// Adds each word of two letters or more in `text` to `words` (views into `text`).
+void addWords(std::string_view text, std::unordered_set<std::string_view>& words) {
+    std::size_t start = 0;
+    while (start < text.size()) {
+        while (start < text.size() && !isWordCharacter(static_cast<unsigned char>(text[start])))
+            ++start;
+        std::size_t end = start;
+        while (end < text.size() && isWordCharacter(static_cast<unsigned char>(text[end])))
+            ++end;
+        if (end > start + 1)
+            words.emplace(text.substr(start, end - start));
+        start = end;
+    }
 }
 
 } // namespace
@@ -56,29 +73,33 @@ void SpellChecker::accept(const std::set<std::string>& words) {
 }
 
 std::set<std::string> bibleVocabulary(scripture::BibleLoader& loader) {
-    std::unordered_set<std::string_view> seen;
-    std::vector<std::shared_ptr<const scripture::VerseDictionary>> kept;
+    std::set<std::string> words;
     for (model::BibleVersion version : model::allBibleVersions) {
-        if (!loader.isAvailable(version))
+        auto file = loader.resourceBundle().fileFor(version);
+        if (!file)
             continue;
-        std::shared_ptr<const scripture::VerseDictionary> verses = loader.loadVerses(version);
-        kept.push_back(verses);
-        for (const auto& [key, verse] : *verses) {
-            const std::string& text = verse.text;
-            std::size_t start = 0;
-            while (start < text.size()) {
-                while (start < text.size() && !isWordCharacter(static_cast<unsigned char>(text[start])))
-                    ++start;
-                std::size_t end = start;
-                while (end < text.size() && isWordCharacter(static_cast<unsigned char>(text[end])))
-                    ++end;
-                if (end > start + 1)
-                    seen.emplace(std::string_view(text).substr(start, end - start));
-                start = end;
-            }
+        // Read the text file as it is rather than through the loader: a version the preacher
+        // never opens then costs no memory once its words are known.
+        std::string bytes;
+        try {
+            bytes = platform::readFile(*file);
+        } catch (const platform::FileError&) {
+            continue;
         }
+        std::unordered_set<std::string_view> seen;
+        std::string_view rest(bytes);
+        while (!rest.empty()) {
+            const std::size_t newline = std::min(rest.find('\n'), rest.size());
+            std::string_view line = rest.substr(0, newline);
+            rest.remove_prefix(std::min(newline + 1, rest.size()));
+            const std::size_t bar = line.find('|');
+            if (bar != std::string_view::npos)
+                addWords(line.substr(bar + 1), seen);
+        }
+        for (std::string_view word : seen)
+            words.emplace(word);
     }
-    return {seen.begin(), seen.end()};
+    return words;
 }
 
 } // namespace quillon::desktop

@@ -36,8 +36,8 @@ private:
     std::unique_ptr<Hunspell> m_hunspell;
 };
 
-/// Every word of the Bible texts on this computer, for SpellChecker::accept; the loader is
-/// thread-safe, so this runs off the interface thread.
+/// Every word of the Bible texts on this computer, for SpellChecker::accept, read from their files
+/// without keeping them in the loader; runs off the interface thread.
 std::set<std::string> bibleVocabulary(scripture::BibleLoader& loader);
 
 } // namespace quillon::desktop
