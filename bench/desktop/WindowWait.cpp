@@ -1,7 +1,9 @@
 // window_wait: starts a program and reports how long it took to map its first top-level window
 // on the X display, then its resident memory a moment later. Used to compare start-up of desktop
 // Bible programs side by side under Xvfb. Usage: window_wait [--settle SECONDS] PROGRAM [ARGS...]
-// Prints one line: "<milliseconds to window> <resident MB after settling>", or fails after 30 s.
+// Prints one line: "<milliseconds to window> <resident MB of the program> <resident MB with its child
+// processes>" (helpers such as a web engine's share pages, so the second figure overstates), or fails
+// after 30 s. The program runs in its own process group, which is ended as a whole.
 #include <X11/Xlib.h>
 
 #include <chrono>
@@ -17,7 +19,18 @@
 
 namespace {
 
-/// The resident set of `pid` and its children, in MB (VmRSS of each, read from /proc).
+/// The resident set of `pid` alone, in MB (VmRSS, read from /proc).
+double ownMegabytes(pid_t pid) {
+    std::ifstream status("/proc/" + std::to_string(pid) + "/status");
+    std::string line;
+    while (std::getline(status, line)) {
+        if (line.rfind("VmRSS:", 0) == 0)
+            return std::strtod(line.c_str() + 6, nullptr) / 1024.0;
+    }
+    return 0;
+}
+
+/// The resident set of `pid` and its children, in MB.
 double residentMegabytes(pid_t pid) {
     double total = 0;
     std::ifstream status("/proc/" + std::to_string(pid) + "/status");
@@ -58,6 +71,7 @@ int main(int argc, char** argv) {
     const auto started = std::chrono::steady_clock::now();
     pid_t pid = fork();
     if (pid == 0) {
+        setpgid(0, 0);
         execvp(argv[first], argv + first);
         std::perror("window_wait: exec");
         _exit(127);
@@ -78,7 +92,7 @@ int main(int argc, char** argv) {
         if (std::chrono::steady_clock::now() - started > std::chrono::seconds(30) ||
             waitpid(pid, nullptr, WNOHANG) == pid) {
             std::fprintf(stderr, "window_wait: %s showed no window\n", argv[first]);
-            kill(pid, SIGKILL);
+            kill(-pid, SIGKILL);
             return 1;
         }
         fd_set set;
@@ -88,10 +102,10 @@ int main(int argc, char** argv) {
         select(fd + 1, &set, nullptr, nullptr, &wait);
     }
     std::this_thread::sleep_for(std::chrono::duration<double>(settle));
-    std::printf("%.0f %.0f\n", elapsed, residentMegabytes(pid));
-    kill(pid, SIGTERM);
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    kill(pid, SIGKILL);
+    std::printf("%.0f %.0f %.0f\n", elapsed, ownMegabytes(pid), residentMegabytes(pid));
+    kill(-pid, SIGTERM);
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    kill(-pid, SIGKILL);
     waitpid(pid, nullptr, 0);
     XCloseDisplay(display);
     return 0;
