@@ -97,7 +97,15 @@ void DeskCommands::openFiles(const QStringList& files) {
 
 bool DeskCommands::exportSelected(app::ExportFormat format, const QString& file) {
     const model::SermonNote* sermon = m_services.controller().selectedSermon();
-    return sermon && m_exports.start(*sermon, format, file.toStdString());
+    if (!sermon || !m_exports.start(*sermon, format, file.toStdString()))
+        return false;
+    // The window stays usable meanwhile; the status bar says what is under way until the toast.
+    if (auto* window = qobject_cast<QMainWindow*>(&m_window)) {
+        window->statusBar()->showMessage(tr("Exporting “%1”…").arg(QString::fromStdString(sermon->title)));
+        connect(&m_exports, &ExportRunner::finished, window->statusBar(), &QStatusBar::clearMessage,
+                Qt::SingleShotConnection);
+    }
+    return true;
 }
 
 void DeskCommands::exportSermon(app::ExportFormat format) {
