@@ -97,7 +97,8 @@ void RichTextEditor::keyPressEvent(QKeyEvent* event) {
         return toggleList(QTextListFormat::ListDisc);
     if (control && shift && (event->key() == Qt::Key_7 || event->key() == Qt::Key_Slash))
         return toggleList(QTextListFormat::ListDecimal);
-    if (control && event->key() == Qt::Key_K)
+    // Ctrl+K belongs to the window's command palette, so a link takes the shifted key.
+    if (control && shift && event->key() == Qt::Key_K)
         return insertLink();
     if (event->matches(QKeySequence::Undo) || event->matches(QKeySequence::Redo)) {
         event->ignore();
@@ -226,7 +227,8 @@ void RichTextEditor::contextMenuEvent(QContextMenuEvent* event) {
                           [this] { toggleList(QTextListFormat::ListDisc); });
         format->addAction(tr("Numbered List"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_7), this,
                           [this] { toggleList(QTextListFormat::ListDecimal); });
-        format->addAction(tr("Link…"), QKeySequence(Qt::CTRL | Qt::Key_K), this, &RichTextEditor::insertLink);
+        format->addAction(tr("Link…"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_K), this,
+                          &RichTextEditor::insertLink);
     }
     menu->exec(event->globalPos());
     delete menu;
