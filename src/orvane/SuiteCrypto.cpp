@@ -6,6 +6,7 @@
 #include <openssl/hmac.h>
 #include <openssl/kdf.h>
 #include <openssl/rand.h>
+#include <openssl/sha.h>
 
 #include <cctype>
 #include <memory>
@@ -18,6 +19,21 @@ namespace {
 void* mutableData(const Bytes& bytes) {
     // OSSL_PARAM takes non-const pointers although HKDF only reads its inputs.
     return const_cast<std::uint8_t*>(bytes.data());
+}
+
+/// HKDF's expand step (RFC 5869, section 2.3) over a pseudorandom key already extracted.
+Bytes hkdfExpand(const Bytes& pseudorandomKey, const Bytes& info, std::size_t length) {
+    Bytes output;
+    Bytes block;
+    for (std::uint8_t counter = 1; output.size() < length; ++counter) {
+        Bytes message = block;
+        message.insert(message.end(), info.begin(), info.end());
+        message.push_back(counter);
+        block = hmacSha256(pseudorandomKey, message);
+        output.insert(output.end(), block.begin(), block.end());
+    }
+    output.resize(length);
+    return output;
 }
 
 } // namespace
@@ -34,6 +50,12 @@ Bytes randomBytes(std::size_t count) {
 }
 
 Bytes hkdfSha256(const Bytes& inputKeyMaterial, const Bytes& salt, const Bytes& info, std::size_t length) {
+    // OpenSSL refuses empty key material, which HKDF itself allows (a peer may name itself ""): do
+    // the extract step here and let OpenSSL only expand.
+    if (length > 255 * SHA256_DIGEST_LENGTH)
+        throw std::invalid_argument("HKDF-SHA256 gives at most 8160 bytes");
+    if (inputKeyMaterial.empty())
+        return hkdfExpand(hmacSha256(salt.empty() ? Bytes(SHA256_DIGEST_LENGTH, 0) : salt, {}), info, length);
     std::unique_ptr<EVP_KDF, decltype(&EVP_KDF_free)> kdf(EVP_KDF_fetch(nullptr, "HKDF", nullptr), EVP_KDF_free);
     if (!kdf)
         throw std::runtime_error("HKDF is not available in this OpenSSL");
