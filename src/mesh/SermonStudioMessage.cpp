@@ -52,7 +52,9 @@ double secondsSinceReferenceDate(std::chrono::system_clock::time_point time) {
 
 std::chrono::system_clock::time_point fromSecondsSinceReferenceDate(double seconds) {
     using namespace std::chrono;
-    if (!std::isfinite(seconds) || std::abs(seconds) > 1e11)
+    // The clock counts nanoseconds in 64 bits (about 292 years either side of 1970); a peer's time
+    // beyond a century of the reference date is nonsense and must not overflow it.
+    if (!std::isfinite(seconds) || std::abs(seconds) > 4e9)
         seconds = 0;
     auto sinceEpoch = duration<double>(seconds + static_cast<double>(referenceDateUnixSeconds));
     return system_clock::time_point(duration_cast<system_clock::duration>(sinceEpoch));
