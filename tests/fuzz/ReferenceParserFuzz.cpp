@@ -2,7 +2,7 @@
 // that parses prints as a reference that parses again to the same passage.
 #include "FuzzInput.h"
 
-#include "intelligence/FeatureText.h"
+#include "intelligence/ReferenceRecogniser.h"
 #include "mesh/MeshScriptureReference.h"
 #include "scripture/ReferenceParser.h"
 #include "scripture/ScriptureLink.h"
@@ -40,7 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     scripture::normaliseBookName(text);
     if (const auto scripture = scripture::scriptureFromLink(text))
         require(scripture::scriptureFromLink(scripture::scriptureLink(*scripture)) == scripture);
-    for (const auto& named : intelligence::featureText::referencesIn(text))
-        require(intelligence::featureText::isWithin(named, named));
+    using intelligence::ReferenceRecogniser;
+    for (const auto& named : ReferenceRecogniser::referencesIn(text))
+        require(ReferenceRecogniser::isWithin(named, named));
     return 0;
 }
