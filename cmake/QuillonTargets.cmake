@@ -3,8 +3,9 @@
 function(quillon_set_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wold-style-cast -Wnon-virtual-dtor)
     # GCC 12's flow-sensitive checks misfire inside inlined libstdc++ code at -O2 (GCC bugs 105329,
-    # 105651, 107138); they stay on in Debug builds, where they see the code as written.
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+    # 105651, 107138), and under the sanitizers' instrumentation at any level; they stay on in plain
+    # Debug builds, where they see the code as written.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND (QUILLON_ENABLE_ASAN OR NOT CMAKE_BUILD_TYPE STREQUAL "Debug"))
         target_compile_options(${target} PRIVATE -Wno-restrict -Wno-array-bounds -Wno-stringop-overflow
                                                  -Wno-stringop-overread -Wno-maybe-uninitialized)
     endif()

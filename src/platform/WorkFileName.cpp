@@ -64,10 +64,11 @@ std::string tag() {
     char process[16];
     std::snprintf(process, sizeof process, "%x", static_cast<unsigned>(::getpid()));
     // The random part fills the tag to its full length: at least 4 hex digits.
-    const int randomDigits = static_cast<int>(maximumTagBytes - thisHost().size() - 2 - std::strlen(process));
-    char text[maximumTagBytes + 1];
-    std::snprintf(text, sizeof text, "%s-%s-%0*llx", thisHost().c_str(), process, randomDigits,
-                  static_cast<unsigned long long>(random() & ((1ull << (4 * randomDigits)) - 1)));
+    std::string text = thisHost() + "-" + process + "-";
+    const std::size_t randomDigits = maximumTagBytes - text.size();
+    char digits[17];
+    std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(random()));
+    text.append(digits + 16 - randomDigits);
     return text;
 }
 
