@@ -41,7 +41,15 @@ int runs(int standard) {
     return text && std::atoi(text) > 0 ? std::atoi(text) : standard;
 }
 
-/// Starts the edit-stream program, lets it work for `delay`, kills it and returns what it printed.
+/// Reads up to the child's "R" line, which it prints once its library is loaded (or until it exits).
+void waitUntilReady(int output) {
+    char c = 0;
+    while (::read(output, &c, 1) == 1 && c != '\n') {
+    }
+}
+
+/// Starts the edit-stream program, lets it work for `delay` once it is ready, kills it and returns
+/// what it printed after that.
 std::string runAndKill(const std::vector<std::string>& arguments, std::chrono::microseconds delay) {
     int output[2];
     if (::pipe2(output, O_CLOEXEC) != 0)
@@ -64,6 +72,7 @@ std::string runAndKill(const std::vector<std::string>& arguments, std::chrono::m
         ::close(output[0]);
         throw std::runtime_error("could not start " + program);
     }
+    waitUntilReady(output[0]);
     std::this_thread::sleep_for(delay);
     ::kill(child, SIGKILL);
     int status = 0;

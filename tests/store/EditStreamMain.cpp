@@ -6,7 +6,8 @@
 //
 // edit: every sermon's notes begin with "generation <n>". Before each write it prints "B <id> <n>"
 // and after the store reports it saved "E <id> <n>", so the test knows which two states a killed
-// write may have left. backup and restore repeat that operation and print "E" after each.
+// write may have left. backup and restore repeat that operation and print "E" after each. A line
+// "R" comes first, once the library is loaded.
 #include "model/Uuid.h"
 #include "platform/Preferences.h"
 #include "store/SermonBackupManager.h"
@@ -115,6 +116,10 @@ int main(int argc, char** argv) {
     store::SermonStorage storage = store::SermonStorage::atRoot(root);
     store::SermonNotesManager manager(storage, preferences);
     manager.load();
+    // The test times its kill from here, so a slow start (a sanitizer build, a busy machine) does
+    // not use up the moments meant for the writes.
+    std::printf("R\n");
+    std::fflush(stdout);
     if (mode == "backup" && argc == 5)
         backUpForever(manager, storage, preferences, argv[4], random);
     else if (mode == "restore" && argc == 5)
