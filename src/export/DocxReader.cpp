@@ -18,7 +18,7 @@ namespace {
 constexpr const char* unreadable = "Quillon could not read this Word document.";
 constexpr const char* outsidePackage =
     "Quillon refused this Word document because it holds entries that point outside the document (\"../\").";
-constexpr const char* tooLarge =
+constexpr const char* expandsTooFar =
     "Quillon refused this Word document because it expands to far more data than a sermon document holds.";
 constexpr const char* declaresEntities = "Quillon refused this Word document because its XML declares entities.";
 
@@ -61,7 +61,7 @@ std::string readEntry(zip_t* archive, zip_int64_t index, std::size_t limit) {
             break;
         bytes.append(chunk, static_cast<std::size_t>(read));
         if (bytes.size() > limit)
-            throw ExportError(tooLarge);
+            throw ExportError(expandsTooFar);
     }
     return bytes;
 }
@@ -201,7 +201,7 @@ void collectParagraphs(const pugi::xml_node& body, std::vector<OutlineLine>& lin
 
 std::vector<OutlineLine> DocxReader::read(std::string_view packageBytes) {
     if (packageBytes.size() > maximumFileBytes)
-        throw ExportError(tooLarge);
+        throw ExportError(expandsTooFar);
     zip_error_t error;
     zip_error_init(&error);
     zip_source_t* source = zip_source_buffer_create(packageBytes.data(), packageBytes.size(), 0, &error);
@@ -217,7 +217,7 @@ std::vector<OutlineLine> DocxReader::read(std::string_view packageBytes) {
 
     const zip_int64_t entries = zip_get_num_entries(archive.get(), 0);
     if (entries < 0 || static_cast<std::size_t>(entries) > maximumEntries)
-        throw ExportError(tooLarge);
+        throw ExportError(expandsTooFar);
     zip_int64_t documentIndex = -1;
     zip_uint64_t declaredTotal = 0;
     for (zip_int64_t i = 0; i < entries; ++i) {
@@ -230,10 +230,10 @@ std::vector<OutlineLine> DocxReader::read(std::string_view packageBytes) {
         if (stat.valid & ZIP_STAT_SIZE) {
             declaredTotal += stat.size;
             if (declaredTotal > maximumFileBytes * 4)
-                throw ExportError(tooLarge);
+                throw ExportError(expandsTooFar);
             if ((stat.valid & ZIP_STAT_COMP_SIZE) && stat.size > (1u << 20) &&
                 stat.size / std::max<zip_uint64_t>(stat.comp_size, 1) > maximumExpansion)
-                throw ExportError(tooLarge);
+                throw ExportError(expandsTooFar);
         }
         if (name == "word/document.xml")
             documentIndex = i;

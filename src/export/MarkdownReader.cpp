@@ -15,7 +15,7 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t';
 }
 
-std::string_view trimmed(std::string_view text) {
+std::string_view trimmedBlanks(std::string_view text) {
     while (!text.empty() && isBlank(text.front()))
         text.remove_prefix(1);
     while (!text.empty() && isBlank(text.back()))
@@ -48,7 +48,7 @@ std::optional<Heading> atxHeading(std::string_view line) {
         ++level;
     if (level == 0 || level > 6 || (level < body->size() && !isBlank((*body)[level])))
         return std::nullopt;
-    std::string_view text = trimmed(body->substr(level));
+    std::string_view text = trimmedBlanks(body->substr(level));
     // A closing run of "#" counts only after a blank; "C\#" or "C#" keep theirs.
     std::size_t end = text.size();
     while (end > 0 && text[end - 1] == '#')
@@ -56,7 +56,7 @@ std::optional<Heading> atxHeading(std::string_view line) {
     if (end == 0)
         text = {};
     else if (end < text.size() && isBlank(text[end - 1]))
-        text = trimmed(text.substr(0, end));
+        text = trimmedBlanks(text.substr(0, end));
     return Heading{static_cast<int>(level), text};
 }
 
@@ -83,7 +83,7 @@ int setextLevel(std::string_view line) {
     const auto body = unindented(line);
     if (!body)
         return 0;
-    const std::string_view marks = trimmed(*body);
+    const std::string_view marks = trimmedBlanks(*body);
     if (marks.size() < 3 || (marks.front() != '=' && marks.front() != '-'))
         return 0;
     if (marks.find_first_not_of(marks.front()) != std::string_view::npos)
@@ -221,7 +221,7 @@ std::vector<ReadLine> readLines(std::string_view markdown) {
             continue;
         }
         lines.push_back(ReadLine{MarkdownReader::inlineText(raw), OutlineLine::Hint::none, 0});
-        previousIsParagraph = !trimmed(raw).empty();
+        previousIsParagraph = !trimmedBlanks(raw).empty();
     }
     return lines;
 }

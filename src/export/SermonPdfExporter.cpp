@@ -56,7 +56,7 @@ struct PlacedLine {
     std::string colour;
 };
 
-std::string dayText(model::DateTime date) {
+std::string isoDay(model::DateTime date) {
     const std::chrono::year_month_day day{std::chrono::floor<std::chrono::days>(date)};
     char text[16];
     std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(day.year()), static_cast<unsigned>(day.month()),
@@ -87,7 +87,7 @@ constexpr const char* referenceFont = "DejaVu Serif Bold 10.5";
 constexpr const char* passageFont = "DejaVu Serif Italic 10.5";
 constexpr const char* footerFont = "DejaVu Sans 9";
 
-std::string colourOr(const std::optional<std::string>& own, std::string fallback) {
+std::string colourOrFallback(const std::optional<std::string>& own, std::string fallback) {
     std::string colour = office::hexColour(own.value_or(""));
     return colour.empty() ? fallback : colour;
 }
@@ -128,7 +128,8 @@ double keptHeight(const std::vector<Block>& blocks, const std::vector<LaidOutBlo
 std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
     std::vector<Block> blocks;
     const std::string title = oneLine(sermon.title);
-    blocks.push_back({title.empty() ? "Untitled Sermon" : title, titleFont, 0, 0, colourOr(sermon.textColorHex, "")});
+    blocks.push_back(
+        {title.empty() ? "Untitled Sermon" : title, titleFont, 0, 0, colourOrFallback(sermon.textColorHex, "")});
     std::string metadata;
     const auto addMetadata = [&](std::string_view label, const std::string& value) {
         if (!value.empty())
@@ -137,24 +138,24 @@ std::string SermonPdfExporter::render(const model::SermonNote& sermon) const {
     addMetadata("Speaker: ", sermon.speaker);
     addMetadata("Series: ", sermon.series.value_or(""));
     addMetadata("Venue: ", sermon.venue.value_or(""));
-    addMetadata("Date: ", dayText(sermon.date));
+    addMetadata("Date: ", isoDay(sermon.date));
     blocks.push_back({metadata, metadataFont, 0, 6, "555555"});
 
     int topicNumber = 0;
     for (const auto& topic : sermon.topics) {
         blocks.push_back({romanNumeral(++topicNumber) + ". " + oneLine(topic.title), topicFont, 0, 16,
-                          colourOr(topic.textColorHex, "1F3A5F"), true});
+                          colourOrFallback(topic.textColorHex, "1F3A5F"), true});
         if (!topic.details.empty())
             blocks.push_back({topic.details, bodyFont, 18, 4, ""});
         int subTopicNumber = 0;
         for (const auto& subTopic : topic.subTopics) {
             blocks.push_back({subTopicLetter(++subTopicNumber) + ". " + oneLine(subTopic.title), subTopicFont, 18, 10,
-                              colourOr(subTopic.textColorHex, "2E5A88"), true});
+                              colourOrFallback(subTopic.textColorHex, "2E5A88"), true});
             if (!subTopic.details.empty())
                 blocks.push_back({subTopic.details, bodyFont, 32, 3, ""});
             for (const auto& scripture : subTopic.scriptures) {
                 blocks.push_back({referenceWithVersion(scripture), referenceFont, 32, 6,
-                                  colourOr(scripture.textColorHex, "6B4E16"), true});
+                                  colourOrFallback(scripture.textColorHex, "6B4E16"), true});
                 blocks.push_back({passageOrNote(scripture, m_verses), passageFont, 40, 2, ""});
             }
         }

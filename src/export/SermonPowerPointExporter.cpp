@@ -29,7 +29,7 @@ BoxCapacity capacityFor(PowerPointSlide::Kind kind) {
 }
 
 /// Byte offsets where each code point starts, plus the end.
-std::vector<std::size_t> codePointStarts(std::string_view text) {
+std::vector<std::size_t> codePointBounds(std::string_view text) {
     std::vector<std::size_t> starts;
     for (std::size_t i = 0; i < text.size(); ++i)
         if ((static_cast<unsigned char>(text[i]) & 0xC0) != 0x80)
@@ -57,7 +57,7 @@ std::vector<std::string> wrap(std::string_view line, std::size_t width) {
         position = end + 1;
         if (word.empty())
             continue;
-        std::vector<std::size_t> starts = codePointStarts(word);
+        std::vector<std::size_t> starts = codePointBounds(word);
         std::size_t wordLength = starts.size() - 1;
         if (currentLength > 0 && currentLength + 1 + wordLength > width)
             flush();
@@ -66,7 +66,7 @@ std::vector<std::string> wrap(std::string_view line, std::size_t width) {
                 flush();
             lines.emplace_back(word.substr(0, starts[width]));
             word.remove_prefix(starts[width]);
-            starts = codePointStarts(word);
+            starts = codePointBounds(word);
             wordLength = starts.size() - 1;
         }
         if (currentLength > 0) {
@@ -152,7 +152,7 @@ std::string background(PowerPointSlide::Kind kind) {
     return xml;
 }
 
-std::string runProperties(int size, bool bold) {
+std::string slideRunProperties(int size, bool bold) {
     std::string xml = "<a:rPr lang=\"en-US\" sz=\"" + std::to_string(size) + "\"";
     if (bold)
         xml += " b=\"1\"";
@@ -189,7 +189,7 @@ std::string textBox(int id, std::string_view name, std::int64_t x, std::int64_t 
         xml += "          <a:p>\n";
         if (!line.empty()) {
             xml += "            <a:r>\n";
-            xml += "              " + runProperties(size, bold);
+            xml += "              " + slideRunProperties(size, bold);
             xml += "              <a:t>" + escapeXml(line) + "</a:t>\n";
             xml += "            </a:r>\n";
         }

@@ -1,5 +1,7 @@
 #include "orvane/NumberedChoice.h"
 
+#include "orvane/AsciiText.h"
+
 #include <charconv>
 #include <set>
 
@@ -7,13 +9,7 @@ namespace orvane {
 
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n\v\f";
-    std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+using ascii::trimmed;
 
 } // namespace
 

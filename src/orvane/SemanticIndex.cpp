@@ -1,5 +1,6 @@
 #include "orvane/SemanticIndex.h"
 
+#include "orvane/AsciiText.h"
 #include "orvane/LexicalRanking.h"
 #include "orvane/LexicalTokenizer.h"
 #include "orvane/QueryExpansion.h"
@@ -12,13 +13,7 @@
 namespace orvane {
 namespace {
 
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view whitespace = " \t\n\r\v\f";
-    const auto first = text.find_first_not_of(whitespace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(whitespace) - first + 1);
-}
+using ascii::trimmed;
 
 } // namespace
 

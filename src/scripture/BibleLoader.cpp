@@ -1,5 +1,6 @@
 #include "scripture/BibleLoader.h"
 
+#include "orvane/AsciiText.h"
 #include "orvane/UnicodeText.h"
 #include "scripture/ReferenceNormaliser.h"
 #include "scripture/ReferenceParser.h"
@@ -19,26 +20,13 @@ namespace quillon::scripture {
 
 namespace {
 
+using orvane::ascii::isDigit;
+using orvane::ascii::isLetter;
+using orvane::ascii::isSpace;
+using orvane::ascii::trimmed;
+
 // One version holds 31,102 verses: pre-sized so that loading never rehashes.
 constexpr std::size_t expectedVerseCount = 32000;
-
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool isAsciiLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
 
 std::optional<int> decimal(std::string_view digits) {
     int value = 0;
@@ -112,7 +100,7 @@ std::optional<LineReference> lineReference(std::string_view text) {
     if (i < n && isSpace(text[i]))
         ++i;
     std::size_t lettersStart = i;
-    while (i < n && isAsciiLetter(text[i]))
+    while (i < n && isLetter(text[i]))
         ++i;
     if (i == lettersStart)
         return std::nullopt;

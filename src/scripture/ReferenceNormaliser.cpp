@@ -1,5 +1,6 @@
 #include "scripture/ReferenceNormaliser.h"
 
+#include "orvane/AsciiText.h"
 #include "scripture/ReferenceParser.h"
 #include "scripture/StyleGuideAbbreviations.h"
 
@@ -11,30 +12,13 @@ namespace quillon::scripture {
 
 namespace {
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-char lower(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-std::string lowercased(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), lower);
-    return result;
-}
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
+using orvane::ascii::isDigit;
+using orvane::ascii::isLetter;
+using orvane::ascii::isSpace;
+using orvane::ascii::lower;
+using orvane::ascii::lowercased;
+using orvane::ascii::trimmed;
+
 bool hasDigit(std::string_view text) {
     return std::any_of(text.begin(), text.end(), isDigit);
 }

@@ -1,5 +1,6 @@
 #include "scripture/ReferenceParser.h"
 
+#include "orvane/AsciiText.h"
 #include "scripture/ReferenceNormaliser.h"
 
 #include <algorithm>
@@ -13,36 +14,15 @@ namespace quillon::scripture {
 
 namespace {
 
+using orvane::ascii::isDigit;
+using orvane::ascii::isLetter;
+using orvane::ascii::isSpace;
+using orvane::ascii::lower;
+using orvane::ascii::lowercased;
+using orvane::ascii::trimmed;
+
 // Longer digit runs are read as this: no chapter comes near it, and the lookup skips it.
 constexpr int saturatedVerseNumber = 999'999'999;
-
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-bool isAsciiLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-char lower(char c) {
-    return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && isSpace(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && isSpace(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-std::string lowercased(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-        c = lower(c);
-    return result;
-}
 
 std::optional<int> decimal(std::string_view digits) {
     if (digits.empty() || digits.size() > 9)
@@ -208,10 +188,10 @@ std::optional<ReferenceParts> splitReference(std::string_view text) {
         while (i < n && isSpace(text[i]))
             ++i;
     }
-    if (i >= n || !isAsciiLetter(text[i]))
+    if (i >= n || !isLetter(text[i]))
         return std::nullopt;
     std::size_t bookEnd = i;
-    while (bookEnd < n && (isAsciiLetter(text[bookEnd]) || text[bookEnd] == ' '))
+    while (bookEnd < n && (isLetter(text[bookEnd]) || text[bookEnd] == ' '))
         ++bookEnd;
     std::size_t chapterStart = bookEnd;
     while (chapterStart < n && isSpace(text[chapterStart]))

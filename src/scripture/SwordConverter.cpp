@@ -1,5 +1,6 @@
 #include "scripture/SwordConverter.h"
 
+#include "orvane/AsciiText.h"
 #include "platform/AtomicFile.h"
 #include "scripture/BibleBook.h"
 
@@ -14,9 +15,7 @@ namespace quillon::scripture {
 
 namespace {
 
-bool isSpace(char c) {
-    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f';
-}
+using orvane::ascii::isSpace;
 
 /// Removes every line the module centres (`<l sID… type="x-center"/>` to its `<l eID…/>`).
 void eraseCenteredLines(std::string& raw) {

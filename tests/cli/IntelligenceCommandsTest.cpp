@@ -40,13 +40,13 @@ private:
     std::string m_previous;
 };
 
-struct CliRun {
+struct CommandRun {
     int status;
     std::string out;
     std::string err;
 };
 
-CliRun quillon(const std::vector<std::string>& arguments) {
+CommandRun quillon(const std::vector<std::string>& arguments) {
     std::ostringstream out;
     std::ostringstream err;
     int status = runCli(arguments, out, err);
@@ -56,14 +56,14 @@ CliRun quillon(const std::vector<std::string>& arguments) {
 TEST(ModelStatusCommand, reportsEachKindAndTheReason) {
     StubModelServer server;
     IsolatedPreferences preferences(nlohmann::json{{"Quillon.intelligence.endpoint", server.endpoint()}});
-    CliRun ready = quillon({"model", "status"});
+    CommandRun ready = quillon({"model", "status"});
     EXPECT_EQ(ready.status, 0);
     EXPECT_EQ(ready.out, "onDevice: ready\nprivateCloud: ready\nexternal: unavailable — No external model has been set "
                          "up.\nModel server: " +
                              server.endpoint() + " (model: the first the server lists)\n");
 
     server.setModelsBehaviour(Behaviour::statusCode(503));
-    CliRun loading = quillon({"--json", "model", "status"});
+    CommandRun loading = quillon({"--json", "model", "status"});
     nlohmann::json json = nlohmann::json::parse(loading.out);
     EXPECT_EQ(json["backends"]["onDevice"]["ready"], false);
     EXPECT_EQ(json["backends"]["onDevice"]["message"], "The on-device model is still downloading.");
@@ -74,7 +74,7 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
     server.queueChat(Behaviour::reply("Matthew Henry's Concise Commentary says providence works for the saints."));
     {
         IsolatedPreferences preferences(nlohmann::json{{"Quillon.intelligence.endpoint", server.endpoint()}});
-        CliRun generated = quillon({"commentary", "rom 8:28", "--question", "What is the good?"});
+        CommandRun generated = quillon({"commentary", "rom 8:28", "--question", "What is the good?"});
         EXPECT_EQ(generated.status, 0) << generated.err;
         EXPECT_TRUE(generated.out.starts_with("[Generated] Generated from the sources below\n\nMatthew Henry's Concise "
                                               "Commentary says providence works for the saints.\n"))
@@ -86,7 +86,7 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
     {
         IsolatedPreferences preferences(nlohmann::json{{"Quillon.intelligence.endpoint", server.endpoint()},
                                                        {"Quillon.intelligenceDisabled", true}});
-        CliRun fallback = quillon({"commentary", "Romans 8:28"});
+        CommandRun fallback = quillon({"commentary", "Romans 8:28"});
         EXPECT_TRUE(fallback.out.starts_with("Intelligence features are switched off in Settings.\n")) << fallback.out;
         EXPECT_EQ(fallback.out.find("[Generated]"), std::string::npos);
         // A verse none of the commentaries reaches (3 John ends at verse 14 in their versification) still says why
@@ -96,7 +96,7 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
             "None of the bundled commentaries has a note on this passage.\nIntelligence features are switched off "
             "in Settings.\n");
     }
-    CliRun bad = quillon({"commentary", "not a verse"});
+    CommandRun bad = quillon({"commentary", "not a verse"});
     EXPECT_EQ(bad.status, 1);
     EXPECT_EQ(bad.err, "Quillon could not read “not a verse” as a scripture reference.\n");
 }
@@ -104,7 +104,7 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
 /// A library of one sermon and preferences pointing at `endpoint`, all inside one temporary folder.
 class LibraryIntelligenceTest : public ::testing::Test {
 protected:
-    CliRun run(std::vector<std::string> arguments) {
+    CommandRun run(std::vector<std::string> arguments) {
         arguments.insert(arguments.begin(), {"--library", (folder / "library").string()});
         return quillon(arguments);
     }
@@ -127,14 +127,14 @@ TEST_F(LibraryIntelligenceTest, askShowsTracedPointsOrTheSourcesWithTheReason) {
     StubModelServer server;
     server.queueChat(Behaviour::reply("1 || Love gives before it is asked."));
     useEndpoint(server.endpoint());
-    CliRun generated = run({"ask", "love"});
+    CommandRun generated = run({"ask", "love"});
     EXPECT_EQ(generated.status, 0) << generated.err;
     EXPECT_TRUE(generated.out.starts_with("[Generated] Every point below is answered by the source shown beneath "
                                           "it.\n\nLove gives before it is asked.\n  — "))
         << generated.out;
 
     useEndpoint("http://127.0.0.1:1/v1");
-    CliRun fallback = run({"ask", "love"});
+    CommandRun fallback = run({"ask", "love"});
     EXPECT_EQ(fallback.status, 0) << fallback.err;
     EXPECT_TRUE(fallback.out.starts_with("No model was available to write an answer"));
     EXPECT_NE(fallback.out.find("Quillon could not reach the local model server at http://127.0.0.1:1/v1.\n"),
@@ -145,7 +145,7 @@ TEST_F(LibraryIntelligenceTest, askShowsTracedPointsOrTheSourcesWithTheReason) {
 
 TEST_F(LibraryIntelligenceTest, preachTimeEstimatesAndPaceRecordStoresTheObservation) {
     useEndpoint("http://127.0.0.1:1/v1");
-    CliRun estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
+    CommandRun estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
     EXPECT_EQ(estimate.status, 0) << estimate.err;
     EXPECT_TRUE(
         estimate.out.starts_with("Every section counted as prose or scripture reading.\nQuillon could not reach "
@@ -153,7 +153,7 @@ TEST_F(LibraryIntelligenceTest, preachTimeEstimatesAndPaceRecordStoresTheObserva
         << estimate.out;
     EXPECT_NE(estimate.out.find("  The love of God — 7 words, prose\n"), std::string::npos) << estimate.out;
 
-    CliRun recorded = run({"pace", "record", sermon.id.text(), "2.5"});
+    CommandRun recorded = run({"pace", "record", sermon.id.text(), "2.5"});
     EXPECT_EQ(recorded.status, 0) << recorded.err;
     auto observations = preach::PreachPaceLearner::storedObservations(
         platform::Preferences(folder / "config" / "Quillon" / "preferences.json"));
@@ -203,7 +203,7 @@ TEST_F(LibraryIntelligenceTest, preachTimeSaysWhoLabelledTheSectionsAndWhyNoMode
             .set("Quillon.intelligenceDisabled", test.disabled);
         if (test.reply)
             server.queueChat(Behaviour::reply(*test.reply));
-        CliRun estimate = run({"preach-time", sermon.id.text()});
+        CommandRun estimate = run({"preach-time", sermon.id.text()});
         EXPECT_EQ(estimate.status, 0) << test.name << estimate.err;
         EXPECT_TRUE(estimate.out.starts_with(test.header + "About ")) << test.name << ":\n" << estimate.out;
         EXPECT_EQ(estimate.out.find(", list\n") != std::string::npos, test.listed) << test.name;

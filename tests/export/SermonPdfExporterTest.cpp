@@ -13,7 +13,7 @@ namespace quillon::exports {
 
 namespace {
 
-std::string run(const std::string& command) {
+std::string runCommand(const std::string& command) {
     std::string output;
     FILE* pipe = popen(command.c_str(), "r");
     char buffer[4096];
@@ -35,7 +35,7 @@ TEST(SermonPdfExporter, printsTheOutlineOnLetterPagesWithPageNumbers) {
     const auto file = SermonPdfExporter(verses).exportSermon(sermon, folder.path());
     EXPECT_EQ(file.filename(), "A Long Series Sermon.pdf");
 
-    const std::string info = run("pdfinfo '" + file.string() + "'");
+    const std::string info = runCommand("pdfinfo '" + file.string() + "'");
     EXPECT_TRUE(std::regex_search(info, std::regex(R"(Page size:\s+612 x 792 pts)"))) << info;
     EXPECT_TRUE(std::regex_search(info, std::regex(R"(Title:\s+A Long Series Sermon)"))) << info;
     std::smatch pages;
@@ -43,7 +43,7 @@ TEST(SermonPdfExporter, printsTheOutlineOnLetterPagesWithPageNumbers) {
     const int pageCount = std::stoi(pages[1].str());
     EXPECT_GT(pageCount, 2);
 
-    const std::string text = run("pdftotext -layout '" + file.string() + "' -");
+    const std::string text = runCommand("pdftotext -layout '" + file.string() + "' -");
     for (const std::string& expected :
          std::vector<std::string>{"A Long Series Sermon", "Speaker: Ada Preacher", "I. Main point 1",
                                   "A. Sub-point 1.1", "John 3:16 (KJV)", "For God so loved the world",
@@ -52,7 +52,7 @@ TEST(SermonPdfExporter, printsTheOutlineOnLetterPagesWithPageNumbers) {
         EXPECT_NE(text.find(expected), std::string::npos) << expected;
 
     // Every word stays inside the 0.75-inch (54 pt) margins.
-    const std::string boxes = run("pdftotext -bbox '" + file.string() + "' -");
+    const std::string boxes = runCommand("pdftotext -bbox '" + file.string() + "' -");
     const std::regex word(R"#(xMin="([\d.]+)" yMin="([\d.]+)" xMax="([\d.]+)" yMax="([\d.]+)")#");
     int words = 0;
     for (auto it = std::sregex_iterator(boxes.begin(), boxes.end(), word); it != std::sregex_iterator(); ++it) {
@@ -96,7 +96,7 @@ TEST(SermonPdfExporter, neverLeavesAHeadingAloneAtTheFootOfAPage) {
     }
     testing::TemporaryFolder folder;
     const auto file = folder.write("headings.pdf", SermonPdfExporter(verses).render(sermon));
-    const std::string text = run("pdftotext '" + file.string() + "' -");
+    const std::string text = runCommand("pdftotext '" + file.string() + "' -");
     const std::regex heading(R"(^([IVXLC]+\. Point \d+|A\. Sub \d+|John 3:16 \(KJV\))$)");
     std::size_t pages = 0;
     std::size_t start = 0;

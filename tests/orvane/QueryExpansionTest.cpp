@@ -6,7 +6,7 @@
 namespace orvane {
 namespace {
 
-using Kind = QueryCorrection::Kind;
+using CorrectionKind = QueryCorrection::CorrectionKind;
 using Strings = std::vector<std::string>;
 
 QueryExpansion expansionOver(std::initializer_list<const char*> words, double minimumRatio = 0.82) {
@@ -47,12 +47,12 @@ TEST(QueryExpansion, expandAddsSynonymsAndCorrections) {
     {
         const auto [terms, corrections] = expansion.expand("Forgivness and prayer");
         EXPECT_EQ(terms, (Strings{"forgivness", "forgiveness", "pardon", "mercy", "prayer"}));
-        EXPECT_EQ(corrections, (std::vector<QueryCorrection>{{"forgivness", "forgiveness", Kind::spelling}}));
+        EXPECT_EQ(corrections, (std::vector<QueryCorrection>{{"forgivness", "forgiveness", CorrectionKind::spelling}}));
     }
     {
         const auto [terms, corrections] = expansion.expand("the church");
         EXPECT_EQ(terms, (Strings{"church", "assembly"}));
-        EXPECT_EQ(corrections, (std::vector<QueryCorrection>{{"church", "assembly", Kind::synonym}}));
+        EXPECT_EQ(corrections, (std::vector<QueryCorrection>{{"church", "assembly", CorrectionKind::synonym}}));
     }
     {
         // Unknown and too short to correct: kept as typed, nothing recorded; repeats stay.
@@ -82,18 +82,18 @@ TEST(QueryExpansion, synonymTableHoldsTwentyOneGroups) {
 }
 
 TEST(QueryCorrection, bannerNamesOnlySpellingCorrections) {
-    const std::vector<QueryCorrection> mixed = {{"forgivnes", "forgiveness", Kind::spelling},
-                                                {"church", "assembly", Kind::synonym},
-                                                {"prayr", "prayer", Kind::spelling}};
+    const std::vector<QueryCorrection> mixed = {{"forgivnes", "forgiveness", CorrectionKind::spelling},
+                                                {"church", "assembly", CorrectionKind::synonym},
+                                                {"prayr", "prayer", CorrectionKind::spelling}};
     EXPECT_EQ(QueryCorrection::bannerText(mixed), "Showing results for forgiveness, prayer");
-    EXPECT_EQ(QueryCorrection::bannerText({{"church", "assembly", Kind::synonym}}), std::nullopt);
+    EXPECT_EQ(QueryCorrection::bannerText({{"church", "assembly", CorrectionKind::synonym}}), std::nullopt);
     EXPECT_EQ(QueryCorrection::bannerText({}), std::nullopt);
 }
 
 TEST(QueryCorrection, kindsRoundTripThroughTheirRawValues) {
-    for (Kind kind : {Kind::spelling, Kind::synonym})
+    for (CorrectionKind kind : {CorrectionKind::spelling, CorrectionKind::synonym})
         EXPECT_EQ(kindFromRawValue(rawValue(kind)), kind);
-    EXPECT_EQ(rawValue(Kind::synonym), "synonym");
+    EXPECT_EQ(rawValue(CorrectionKind::synonym), "synonym");
     EXPECT_EQ(kindFromRawValue("Spelling"), std::nullopt);
     const CorrectedSearch asTyped{{{"id", "Title", 0.5, SearchHit::Match::lexical}}, {}};
     EXPECT_TRUE(asTyped.corrections.empty());

@@ -45,7 +45,7 @@ std::vector<std::string> namesIn(const fs::path& folder) {
 }
 
 /// A library's media folder and a manager working on it, with an importer that records its input.
-struct Library {
+struct BackupLibrary {
     TemporaryFolder root;
     FakeClock clock;
     Preferences preferences = Preferences::inMemory();
@@ -60,7 +60,7 @@ struct Library {
 };
 
 TEST(SermonBackupManager, backsUpAndRestoresSermonsWithTheirCoverImages) {
-    Library source;
+    BackupLibrary source;
     auto withCover = sermonWithCover("With cover", true);
     auto withoutCover = sermonWithCover("Without cover", false);
     auto missingCover = sermonWithCover("Cover file gone", true);
@@ -83,7 +83,7 @@ TEST(SermonBackupManager, backsUpAndRestoresSermonsWithTheirCoverImages) {
     EXPECT_EQ(manifest["sermonCount"], 3);
     EXPECT_EQ(manifest["createdAt"], "2025-03-09T14:00:00Z");
 
-    Library target;
+    BackupLibrary target;
     RestoreResult result = target.manager.restore(backup, target.importer);
     ASSERT_TRUE(result.manifest);
     EXPECT_EQ(result.manifest->sermonCount, 3);
@@ -102,7 +102,7 @@ TEST(SermonBackupManager, backsUpAndRestoresSermonsWithTheirCoverImages) {
 }
 
 TEST(SermonBackupManager, refusesWhatIsNotABackupWithItsSentence) {
-    Library library;
+    BackupLibrary library;
     TemporaryFolder destination;
     try {
         library.manager.backUp({}, destination.path());
@@ -124,7 +124,7 @@ TEST(SermonBackupManager, refusesWhatIsNotABackupWithItsSentence) {
 }
 
 TEST(SermonBackupManager, restoresOnlyPlainFilesIntoTheMediaFolder) {
-    Library library;
+    BackupLibrary library;
     TemporaryFolder backup;
     TemporaryFolder outside;
     outside.write("secret.jpg", "SECRET");
@@ -148,7 +148,7 @@ TEST(SermonBackupManager, restoresOnlyPlainFilesIntoTheMediaFolder) {
     EXPECT_EQ(namesIn(outside.path()), std::vector<std::string>{"secret.jpg"});
 
     // A Media folder that is itself a link to somewhere else is not followed at all.
-    Library other;
+    BackupLibrary other;
     TemporaryFolder linkedBackup;
     linkedBackup.write("sermons.json", "[]");
     fs::create_symlink(outside.path(), linkedBackup / "Media");
@@ -156,7 +156,7 @@ TEST(SermonBackupManager, restoresOnlyPlainFilesIntoTheMediaFolder) {
 }
 
 TEST(SermonBackupManager, aFailureHalfWayLeavesNothingBehind) {
-    Library library;
+    BackupLibrary library;
     TemporaryFolder backup;
     backup.write("sermons.json", quillon::model::encodeArchive({sermonWithCover("One", false)}, {}));
     backup.write("Media/new.jpg", "NEW");
@@ -178,7 +178,7 @@ TEST(SermonBackupManager, aFailureHalfWayLeavesNothingBehind) {
 }
 
 TEST(SermonBackupManager, backupsInTheSameSecondGetTheirOwnFolders) {
-    Library library;
+    BackupLibrary library;
     TemporaryFolder destination;
     const std::string name = SermonBackupManager::backupFolderName(library.clock.now());
     const std::string stem = name.substr(0, name.size() - std::string(".quillonbackup").size());
@@ -212,7 +212,7 @@ TEST(SermonBackupManager, warnsWhenTheFreeShareIsAtOrBelowTheThreshold) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        Library library;
+        BackupLibrary library;
         library.volume = c.volume;
         if (c.threshold)
             library.preferences.set(SermonBackupManager::storageWarningThresholdKey, *c.threshold);
@@ -224,7 +224,7 @@ TEST(SermonBackupManager, warnsWhenTheFreeShareIsAtOrBelowTheThreshold) {
 }
 
 TEST(SermonBackupManager, restoringIntoTheStoreReplacesSameIdentitiesAndLeavesTheRest) {
-    Library library;
+    BackupLibrary library;
     auto storage = quillon::store::SermonStorage::atRoot(library.root.path());
     quillon::store::SermonNotesManager manager(storage, library.preferences, library.clock);
     manager.load();

@@ -26,7 +26,7 @@ using quillon::testing::ScopedTimeZone;
 using quillon::testing::TemporaryFolder;
 
 /// A loaded library in a temporary folder with a trash on it.
-struct Library {
+struct TrashLibrary {
     TemporaryFolder root;
     FakeClock clock;
     Preferences preferences = Preferences::inMemory();
@@ -34,7 +34,7 @@ struct Library {
     SermonNotesManager manager{storage, preferences, clock};
     SermonTrashManager trash{manager, preferences, clock};
 
-    Library() { manager.load(); }
+    TrashLibrary() { manager.load(); }
 
     SermonNote add(const std::string& title) {
         SermonNote sermon;
@@ -46,7 +46,7 @@ struct Library {
 };
 
 TEST(SermonTrashManager, movesASermonOutOfTheLibraryAndBackAgain) {
-    Library library;
+    TrashLibrary library;
     const SermonNote sermon = library.add("Grace Abounding");
     const fs::path file = library.storage.sermonFile(sermon.id);
     ASSERT_TRUE(fs::exists(file));
@@ -75,7 +75,7 @@ TEST(SermonTrashManager, movesASermonOutOfTheLibraryAndBackAgain) {
 }
 
 TEST(SermonTrashManager, aFailedMoveLogsAndLeavesTheSermonWhereItWas) {
-    Library library;
+    TrashLibrary library;
     const SermonNote sermon = library.add("Stays Put");
     library.root.write("Trash", "a file where the trash folder should be");
 
@@ -101,7 +101,7 @@ TEST(SermonTrashManager, purgesByCalendarDaysOfRetention) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        Library library;
+        TrashLibrary library;
         if (c.storedDays)
             library.preferences.set(SermonTrashManager::retentionDaysKey, *c.storedDays);
         const auto now = library.clock.now();
@@ -124,7 +124,7 @@ TEST(SermonTrashManager, retentionCountsCalendarDaysAcrossADaylightSavingChange)
     // New York moves its clocks forward on 2025-03-09. Seven calendar days before noon on the 12th
     // is noon on the 5th in winter time (17:00 UTC), an hour earlier than 7 × 86,400 seconds.
     ScopedTimeZone zone("America/New_York");
-    Library library;
+    TrashLibrary library;
     library.preferences.set(SermonTrashManager::retentionDaysKey, 7);
     const SermonNote before = library.add("Before the cut-off");
     const SermonNote after = library.add("After the cut-off");
