@@ -6,7 +6,7 @@
 namespace orvane {
 namespace {
 
-using CorrectionKind = QueryCorrection::CorrectionKind;
+using CorrectionKind = QueryCorrection::Kind;
 using Strings = std::vector<std::string>;
 
 QueryExpansion expansionOver(std::initializer_list<const char*> words, double minimumRatio = 0.82) {
