@@ -136,7 +136,7 @@ const SettingDescription settings[] = {
 };
 // clang-format on
 
-std::string trimmed(std::string_view text) {
+std::string trimmedSetting(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r\n");
     if (first == std::string_view::npos)
         return {};
@@ -165,7 +165,7 @@ std::vector<std::string> listItems(const std::string& text) {
     std::string_view rest = text;
     while (!rest.empty()) {
         const auto comma = rest.find(',');
-        if (std::string item = trimmed(rest.substr(0, comma)); !item.empty())
+        if (std::string item = trimmedSetting(rest.substr(0, comma)); !item.empty())
             items.push_back(std::move(item));
         rest = comma == std::string_view::npos ? std::string_view() : rest.substr(comma + 1);
     }
@@ -237,7 +237,7 @@ std::vector<std::string> SettingsCatalogue::choices(const SettingDescription& se
 }
 
 std::optional<std::string> SettingsCatalogue::problem(const SettingDescription& setting, std::string_view typed) {
-    const std::string text = trimmed(typed);
+    const std::string text = trimmedSetting(typed);
     if (text.empty())
         return std::nullopt;
     switch (setting.kind) {
@@ -284,7 +284,7 @@ std::optional<std::string> SettingsCatalogue::apply(platform::Preferences& prefe
                                                     const SettingDescription& setting, std::string_view typed) {
     if (auto refused = problem(setting, typed))
         return refused;
-    const std::string text = trimmed(typed);
+    const std::string text = trimmedSetting(typed);
     if (text.empty()) {
         preferences.remove(setting.key);
         return std::nullopt;
