@@ -100,8 +100,9 @@ TEST(MeshAbuse, goodPeersAreServedWhileHostilePeersDoTheirWorst) {
 
     // The mesh's own bound is about 110 MB; in practice abuse costs it a small part of that. Under
     // AddressSanitizer the resident size is mostly its shadow and its quarantine of freed blocks.
-    if (!underAddressSanitizer)
+    if (!underAddressSanitizer) {
         EXPECT_LT(memoryPeak - memoryBefore, 110L * 1024 * 1024);
+    }
 
     // Once the hostile peers are gone every descriptor and thread they cost is released.
     for (int wait = 0; wait < 300 && countEntries("/proc/self/fd") != descriptorsBefore; ++wait) {
