@@ -3,6 +3,7 @@
 #include "orvane/ScriptureReference.h"
 #include "scripture/ReferenceParser.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace quillon::mesh {
@@ -60,7 +61,12 @@ std::optional<MeshScriptureReference> MeshScriptureReference::parse(const std::s
     auto parsed = scripture::parse(text);
     if (!parsed)
         return std::nullopt;
-    MeshScriptureReference reference{parsed->book.name, parsed->chapter, parsed->firstVerse(), parsed->lastVerse()};
+    // A list may name a verse past the chapter's end ("Ps 23:23, 6"); peers are told only the
+    // verses the chapter has, as a typed range would give them.
+    auto last = parsed->lastVerse();
+    if (last && parsed->firstVerse())
+        last = std::min(*last, std::max(*parsed->firstVerse(), parsed->book.verseCount(parsed->chapter)));
+    MeshScriptureReference reference{parsed->book.name, parsed->chapter, parsed->firstVerse(), last};
     if (reference.endVerse == reference.startVerse)
         reference.endVerse.reset();
     return reference;
