@@ -35,11 +35,11 @@ test: bootstrap build
 	ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
 
 # The whole suite again with AddressSanitizer and UndefinedBehaviorSanitizer, in its own folder.
-# Built for checking, not speed: -O1 with line tables, no desktop (its tests run in `make test`), no
-# benchmarks, and unity batches so the heavy headers are parsed once per batch instead of per file.
-# The crash tests kill their child fewer times here; the ordinary run keeps the full count.
+# Built for checking, not speed: -O1 with line tables and assertions on, no desktop (its tests run
+# in `make test`), no benchmarks. The crash tests kill their child fewer times here; the ordinary
+# run keeps the full count.
 SANITIZE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1" -DQUILLON_ENABLE_ASAN=ON \
-	-DQUILLON_BUILD_GUI=OFF -DQUILLON_BUILD_BENCHMARKS=OFF -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=8
+	-DQUILLON_BUILD_GUI=OFF -DQUILLON_BUILD_BENCHMARKS=OFF
 SANITIZE_CRASH_RUNS ?= 60
 
 test-sanitize: bootstrap
