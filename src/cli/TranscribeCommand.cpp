@@ -123,6 +123,9 @@ int TranscribeCommand::runOnDesk(CommandContext& context, Desk& desk) {
         std::ostream& stream = alert ? context.err : context.out;
         stream << message.title << "\n" << message.detail << "\n";
     }
+    // The draft's id on its own line, as `new` prints it, so the next command can edit the draft.
+    if (draft && !context.json)
+        context.out << draft->id.text() << "\n";
     if (context.json) {
         nlohmann::ordered_json object{{"stages", stages}, {"messages", messages}};
         if (draft)

@@ -45,6 +45,7 @@ TEST_F(TranscribeCommand, printsTheStagesAndCreatesTheDraft) {
     const auto drafts = sermons();
     ASSERT_EQ(drafts.size(), 1u);
     EXPECT_EQ(drafts[0].title, "Morning Prayer");
+    EXPECT_NE(result.out.find("Created Morning Prayer\n" + drafts[0].id.text() + "\n"), std::string::npos);
     EXPECT_FALSE(drafts[0].notes.empty());
     ASSERT_EQ(drafts[0].topics.size(), 1u);
     ASSERT_EQ(drafts[0].topics[0].subTopics.size(), 1u);
