@@ -390,6 +390,10 @@ private:
     }
 
     void appendCodePoint(char32_t c) {
+        // Escaped control characters (\u0, \'01) are no more text than raw ones; only the line
+        // break and the tab that \line and \tab stand for are.
+        if (c < 0x20 && c != '\n' && c != '\t')
+            return;
         const GroupState& s = state();
         if (s.destination == Destination::fieldInstruction) {
             appendUtf8(m_instruction, c);

@@ -71,6 +71,9 @@ TEST(Rtf, readsWhatOtherWordProcessorsWrite) {
         {"not rtf at all", "not rtf at all"},
         {"{\\rtf1 {{{{{{ unbalanced", " unbalanced"},
         {"{\\rtf1 \\u-3 \\'zz \\", "\xEF\xBF\xBD"},
+        // Escaped control characters are not text, as raw ones are not; an escaped tab is.
+        {R"({\rtf1 a\u0?b\'01c\u9?d\'0de})", "abc\td"
+                                             "e"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(RtfReader::read(c.rtf).plainText(), c.plain) << c.rtf;
