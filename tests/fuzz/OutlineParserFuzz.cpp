@@ -2,8 +2,8 @@
 // topic, sub-topic and scripture of it is numbered in order.
 #include "FuzzInput.h"
 
-#include "export/MarkdownReader.h"
 #include "export/LibraryReferences.h"
+#include "export/MarkdownReader.h"
 #include "export/OutlineParser.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
