@@ -166,13 +166,17 @@ void CalvaneLink::write(std::string text) {
 void CalvaneLink::writeNext() {
     auto self = shared_from_this();
     auto generation = m_generation;
-    m_socket->async_write(asio::buffer(m_outgoing.front()),
-                          [self, generation](boost::system::error_code error, std::size_t) {
+    // The write in flight owns its text: a failure empties the queue while the socket may still
+    // be copying from the frame. The queue keeps an empty place for it, so `write` knows a write
+    // is under way.
+    auto frame = std::make_shared<std::string>(std::move(m_outgoing.front()));
+    m_socket->async_write(asio::buffer(*frame),
+                          [self, generation, frame](boost::system::error_code error, std::size_t) {
                               if (generation != self->m_generation)
                                   return;
                               if (error)
                                   return self->fail(error.message());
-                              self->m_outgoingBytes -= self->m_outgoing.front().size();
+                              self->m_outgoingBytes -= frame->size();
                               self->m_outgoing.pop_front();
                               if (!self->m_outgoing.empty())
                                   self->writeNext();

@@ -222,22 +222,24 @@ void PeerConnection::send(Frame frame) {
 
 void PeerConnection::writeNext() {
     auto self = shared_from_this();
+    // The handler holds the frame in flight: closing empties the queue while the socket may still
+    // be copying from it.
+    Frame frame = m_outgoing.front();
     onStream([&](auto& stream) {
-        asio::async_write(stream, asio::buffer(*m_outgoing.front()),
-                          [self](boost::system::error_code error, std::size_t) {
-                              if (self->m_closed)
-                                  return;
-                              if (error) {
-                                  self->close(error.message());
-                                  return;
-                              }
-                              self->m_outgoingBytes -= self->m_outgoing.front()->size();
-                              self->m_outgoing.pop_front();
-                              if (!self->m_outgoing.empty())
-                                  self->writeNext();
-                              else if (self->m_closing)
-                                  self->close(self->m_closingReason);
-                          });
+        asio::async_write(stream, asio::buffer(*frame), [self, frame](boost::system::error_code error, std::size_t) {
+            if (self->m_closed)
+                return;
+            if (error) {
+                self->close(error.message());
+                return;
+            }
+            self->m_outgoingBytes -= self->m_outgoing.front()->size();
+            self->m_outgoing.pop_front();
+            if (!self->m_outgoing.empty())
+                self->writeNext();
+            else if (self->m_closing)
+                self->close(self->m_closingReason);
+        });
     });
 }
 
