@@ -1,5 +1,6 @@
 #include "model/JsonTree.h"
 #include "model/SermonCoding.h"
+#include "support/JsonDescription.h"
 
 #include <gtest/gtest.h>
 
@@ -10,67 +11,7 @@ namespace {
 
 using Json = OrderedJSON;
 
-/// A value's kind and content, spelled so that 1, 1u and 1.0 differ and member order counts.
-std::string describe(const Json& json) {
-    switch (json.type()) {
-    case Json::value_t::null:
-        return "null";
-    case Json::value_t::boolean:
-        return json.get<bool>() ? "true" : "false";
-    case Json::value_t::number_integer:
-        return "i" + std::to_string(json.get<std::int64_t>());
-    case Json::value_t::number_unsigned:
-        return "u" + std::to_string(json.get<std::uint64_t>());
-    case Json::value_t::number_float:
-        return "f" + Json(json.get<double>()).dump();
-    case Json::value_t::string:
-        return Json(json.get<std::string>()).dump();
-    case Json::value_t::array: {
-        std::string text = "[";
-        for (const auto& element : json)
-            text += describe(element) + ",";
-        return text + "]";
-    }
-    case Json::value_t::object: {
-        std::string text = "{";
-        for (auto it = json.begin(); it != json.end(); ++it)
-            text += Json(it.key()).dump() + ":" + describe(it.value()) + ",";
-        return text + "}";
-    }
-    default:
-        return "?";
-    }
-}
-
-std::string describe(const JsonTree::Value& value) {
-    switch (value.kind()) {
-    case JsonTree::Kind::null:
-        return "null";
-    case JsonTree::Kind::boolean:
-        return value.boolean() ? "true" : "false";
-    case JsonTree::Kind::integer:
-        return "i" + std::to_string(value.integer());
-    case JsonTree::Kind::unsignedInteger:
-        return "u" + std::to_string(value.unsignedInteger());
-    case JsonTree::Kind::floating:
-        return "f" + Json(value.number()).dump();
-    case JsonTree::Kind::string:
-        return Json(std::string(value.text())).dump();
-    case JsonTree::Kind::array: {
-        std::string text = "[";
-        value.forEachElement([&](const JsonTree::Value& element) { text += describe(element) + ","; });
-        return text + "]";
-    }
-    case JsonTree::Kind::object: {
-        std::string text = "{";
-        value.forEachMember([&](std::string_view name, const JsonTree::Value& member) {
-            text += Json(std::string(name)).dump() + ":" + describe(member) + ",";
-        });
-        return text + "}";
-    }
-    }
-    return "?";
-}
+using quillon::testing::describe;
 
 std::string manyMembersWithRepeats() {
     std::string text = "{";
