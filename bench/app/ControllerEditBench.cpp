@@ -3,6 +3,7 @@
 // checkpoint and writes the file atomically. The target is under 2 ms plus the fsync; the
 // without_fsync runs show what the controller and store add to the disk's own cost.
 
+#include "SermonWords.h"
 #include "app/SermonNotesViewModel.h"
 #include "model/SermonCoding.h"
 #include "platform/Preferences.h"
@@ -22,36 +23,24 @@ using namespace quillon;
 
 constexpr int sermonCount = 1'000;
 
-const char* const vocabulary[] = {"grace", "faith", "the",   "and",   "of",      "love",   "kingdom", "mercy",
-                                  "to",    "in",    "light", "world", "promise", "spirit", "heart",   "hope",
-                                  "glory", "a",     "bread", "peace", "joy",     "cross",  "for",     "with"};
-
-std::string words(std::mt19937_64& random, int count) {
-    std::uniform_int_distribution<std::size_t> pick(0, std::size(vocabulary) - 1);
-    std::string text;
-    for (int index = 0; index < count; ++index)
-        text += (index ? " " : "") + std::string(vocabulary[pick(random)]);
-    return text + ".";
-}
-
 /// Five topics of three sub-topics with two scriptures each and a 2,000-word manuscript.
 model::SermonNote generateSermon(std::mt19937_64& random, int index) {
     model::SermonNote sermon;
     sermon.id = model::Uuid::random();
     sermon.title = "Sermon " + std::to_string(index);
     sermon.speaker = "Pastor Ann Lee";
-    sermon.notes = words(random, 2'000);
+    sermon.notes = bench::sermonWords(random, 2'000);
     for (int t = 0; t < 5; ++t) {
         model::SermonTopic topic;
         topic.id = model::Uuid::random();
-        topic.title = words(random, 5);
-        topic.details = words(random, 40);
+        topic.title = bench::sermonWords(random, 5);
+        topic.details = bench::sermonWords(random, 40);
         topic.sortOrder = t;
         for (int s = 0; s < 3; ++s) {
             model::SermonSubTopic subTopic;
             subTopic.id = model::Uuid::random();
-            subTopic.title = words(random, 4);
-            subTopic.details = words(random, 25);
+            subTopic.title = bench::sermonWords(random, 4);
+            subTopic.details = bench::sermonWords(random, 25);
             subTopic.sortOrder = s;
             for (int p = 0; p < 2; ++p) {
                 model::SermonScripture scripture;

@@ -4,6 +4,7 @@
 // `desktop_bench --make-library DIR N` writes a library of N sermons for bench/desktop_compare,
 // which measures start-up and memory against BibleTime and Xiphos.
 
+#include "SermonWords.h"
 #include "app/SermonNotesViewModel.h"
 #include "desktop/DeskServices.h"
 #include "desktop/MainWindow.h"
@@ -31,36 +32,24 @@ namespace {
 namespace fs = std::filesystem;
 using namespace quillon;
 
-const char* const vocabulary[] = {"grace", "faith", "the",   "and",   "of",      "love",   "kingdom", "mercy",
-                                  "to",    "in",    "light", "world", "promise", "spirit", "heart",   "hope",
-                                  "glory", "a",     "bread", "peace", "joy",     "cross",  "for",     "with"};
-
-std::string words(std::mt19937_64& random, int count) {
-    std::uniform_int_distribution<std::size_t> pick(0, std::size(vocabulary) - 1);
-    std::string text;
-    for (int index = 0; index < count; ++index)
-        text += (index ? " " : "") + std::string(vocabulary[pick(random)]);
-    return text + ".";
-}
-
 /// Four topics of three sub-topics with a scripture each and a 1,500-word manuscript.
 model::SermonNote generateSermon(std::mt19937_64& random, int index) {
     model::SermonNote sermon;
     sermon.id = model::Uuid::random();
-    sermon.title = words(random, 3) + " " + std::to_string(index);
+    sermon.title = bench::sermonWords(random, 3) + " " + std::to_string(index);
     sermon.speaker = "Pastor Ann Lee";
     sermon.series = "Series " + std::to_string(index % 40);
-    sermon.notes = words(random, 1'500);
+    sermon.notes = bench::sermonWords(random, 1'500);
     for (int t = 0; t < 4; ++t) {
         model::SermonTopic topic;
         topic.id = model::Uuid::random();
-        topic.title = words(random, 4);
-        topic.details = words(random, 30);
+        topic.title = bench::sermonWords(random, 4);
+        topic.details = bench::sermonWords(random, 30);
         topic.sortOrder = t;
         for (int s = 0; s < 3; ++s) {
             model::SermonSubTopic subTopic;
             subTopic.id = model::Uuid::random();
-            subTopic.title = words(random, 4);
+            subTopic.title = bench::sermonWords(random, 4);
             subTopic.sortOrder = s;
             model::SermonScripture scripture;
             scripture.id = model::Uuid::random();
