@@ -104,6 +104,11 @@ std::string printFailedDetail(std::string_view title) {
     return "Quillon could not prepare " + std::string(title) + " for printing.";
 }
 
+std::string notSavedDetail(std::string_view title) {
+    return "Quillon could not save “" + std::string(title) +
+           "”. The change is kept and saved again with your next edit.";
+}
+
 std::string scriptureReferenceText(const model::SermonScripture& scripture) {
     std::string text =
         scripture.bookName + " " + std::to_string(scripture.chapter) + ":" + std::to_string(scripture.startVerse);

@@ -42,6 +42,10 @@ std::string restoreConfirmationMessage(std::string_view backupName);
 /// "Quillon could not prepare <title> for printing."
 std::string printFailedDetail(std::string_view title);
 
+/// An edit whose sermon file could not be written: "Quillon could not save “Title”. The change
+/// is kept and saved again with your next edit."
+std::string notSavedDetail(std::string_view title);
+
 /// The printed reference of an attached scripture: "John 3:16", "John 3:16-18".
 std::string scriptureReferenceText(const model::SermonScripture& scripture);
 

@@ -2,6 +2,7 @@
 
 #include "app/SermonNotesViewModel.h"
 
+#include "app/ControllerTexts.h"
 #include "app/OutlineEditing.h"
 #include "app/TextRules.h"
 #include "orvane/UnicodeText.h"
@@ -70,9 +71,11 @@ bool SermonNotesViewModel::edit(const model::Uuid& sermonId, std::string_view do
     model::SermonNote copy = *stored;
     if (!change(copy))
         return false;
-    m_store.update(copy);
+    const bool saved = m_store.update(copy);
     notifySermon(sermonId);
-    post({std::string(doneTitle), m_store.lastSyncStatus(), StatusMessage::Kind::toast});
+    // A failed write never interrupts the edit, but the toast must not claim a save.
+    post({std::string(doneTitle), saved ? m_store.lastSyncStatus() : notSavedDetail(copy.title),
+          StatusMessage::Kind::toast});
     return true;
 }
 

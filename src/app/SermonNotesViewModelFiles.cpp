@@ -111,6 +111,7 @@ std::optional<std::filesystem::path> SermonNotesViewModel::backUp(const std::fil
     } catch (const store::BackupError& error) {
         post({"Backup Failed", error.what(), StatusMessage::Kind::alert});
     } catch (const platform::FileError& error) {
+        spdlog::error("Failed to back up the library into {}: {}", folder.string(), error.what());
         post({"Backup Failed", error.what(), StatusMessage::Kind::alert});
     }
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "platform/AtomicFile.h"
 
+#include "platform/FileSteps.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -23,50 +25,34 @@ fs::path temporarySibling(const fs::path& target) {
     return target.parent_path() / workFileName::beside(target.filename().string(), ".tmp");
 }
 
-void writeAll(int fd, std::string_view bytes, const fs::path& target) {
-    while (!bytes.empty()) {
-        ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            throw writeError(target, errno);
-        }
-        bytes.remove_prefix(static_cast<size_t>(written));
-    }
-}
-
-void syncFolder(const fs::path& folder) {
-    int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0)
-        return; // the rename already happened; a folder we cannot open cannot be synced either
-    ::fsync(fd);
-    ::close(fd);
+/// Folders on file systems that cannot sync a folder (some FUSE mounts) say so with these; the
+/// rename there is as durable as that file system makes anything.
+bool cannotSyncFolders(int error) {
+    return error == EINVAL || error == ENOTSUP || error == ENOSYS;
 }
 
 } // namespace
 
 void writeFileAtomically(const fs::path& target, std::string_view bytes, const BeforeReplaceHook& beforeReplace) {
     fs::path temporary = temporarySibling(target);
-    int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    int fd = fileSteps::open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     // Two writes of one file in this process may, rarely, draw the same short name.
     for (int attempt = 0; fd < 0 && errno == EEXIST && attempt < 8; ++attempt) {
         temporary = temporarySibling(target);
-        fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        fd = fileSteps::open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     }
     if (fd < 0)
         throw writeError(target, errno);
     try {
-        writeAll(fd, bytes, target);
-        if (::fsync(fd) != 0)
+        if (!fileSteps::writeAll(fd, bytes, temporary) || !fileSteps::sync(fd, temporary))
             throw writeError(target, errno);
-        if (::close(fd) != 0) {
-            fd = -1;
-            throw writeError(target, errno);
-        }
+        const int closing = fd;
         fd = -1;
+        if (!fileSteps::close(closing, temporary))
+            throw writeError(target, errno);
         if (beforeReplace)
             beforeReplace(temporary);
-        if (::rename(temporary.c_str(), target.c_str()) != 0)
+        if (!fileSteps::rename(temporary, target))
             throw writeError(target, errno);
     } catch (...) {
         if (fd >= 0)
@@ -74,7 +60,10 @@ void writeFileAtomically(const fs::path& target, std::string_view bytes, const B
         ::unlink(temporary.c_str());
         throw;
     }
-    syncFolder(target.parent_path());
+    // The new file is in place and whole, but until its folder is synced a power cut may bring the
+    // old one back: the caller must not count this as saved.
+    if (!fileSteps::syncFolder(target.parent_path()) && !cannotSyncFolders(errno))
+        throw writeError(target, errno);
 }
 
 std::string readFile(const fs::path& file) {

@@ -20,8 +20,10 @@ inline constexpr std::size_t temporaryNameExtraBytes = 1 + 1 + workFileName::max
 using BeforeReplaceHook = std::function<void(const std::filesystem::path& temporaryFile)>;
 
 /// Writes `bytes` to `target` so that readers see either the old file or the whole new one:
-/// temporary file in the same folder, write, fsync, rename over the target, fsync the folder.
-/// Throws FileError; on failure the target is untouched and no temporary file is left behind.
+/// temporary file in the same folder, write, fsync, rename over the target, fsync the folder
+/// (each step a platform::fileSteps call, which tests can make fail). Throws FileError and leaves
+/// no temporary file behind; the target is untouched, except when only the folder's sync failed:
+/// then the whole new file is in place but may not survive a power cut, so it is not counted saved.
 void writeFileAtomically(const std::filesystem::path& target, std::string_view bytes,
                          const BeforeReplaceHook& beforeReplace = {});
 

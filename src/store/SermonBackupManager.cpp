@@ -4,6 +4,7 @@
 #include "model/SermonDocument.h"
 #include "platform/AtomicFile.h"
 #include "platform/FileError.h"
+#include "platform/FileSteps.h"
 #include "platform/PlatformWording.h"
 #include "platform/WorkFileName.h"
 #include "store/ByteCountFormatter.h"
@@ -48,7 +49,8 @@ platform::FileError fileError(const std::string& what, const fs::path& file, int
 }
 
 /// Copies `source` only when it is a regular file and not a symbolic link (checked on the open
-/// descriptor, so the file cannot be swapped between the check and the copy). `target` must not exist.
+/// descriptor, so the file cannot be swapped between the check and the copy), and syncs the copy.
+/// `target` must not exist; a copy that fails is removed.
 void copyPlainFile(const fs::path& source, const fs::path& target) {
     const int in = ::open(source.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (in < 0)
@@ -58,7 +60,7 @@ void copyPlainFile(const fs::path& source, const fs::path& target) {
         ::close(in);
         throw platform::FileError("“" + source.filename().string() + "” is not a plain file.");
     }
-    const int out = ::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+    const int out = platform::fileSteps::open(target, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
     if (out < 0) {
         const int saved = errno;
         ::close(in);
@@ -76,26 +78,33 @@ void copyPlainFile(const fs::path& source, const fs::path& target) {
             failure = errno;
             break;
         }
-        for (ssize_t done = 0; done < count;) {
-            const ssize_t written = ::write(out, buffer + done, static_cast<std::size_t>(count - done));
-            if (written < 0) {
-                if (errno == EINTR)
-                    continue;
-                failure = errno;
-                break;
-            }
-            done += written;
-        }
-        if (failure)
+        if (!platform::fileSteps::writeAll(out, std::string_view(buffer, static_cast<std::size_t>(count)), target)) {
+            failure = errno;
             break;
+        }
     }
     ::close(in);
-    if (::close(out) != 0 && !failure)
+    if (!failure && !platform::fileSteps::sync(out, target))
+        failure = errno;
+    if (!platform::fileSteps::close(out, target) && !failure)
         failure = errno;
     if (failure) {
         ::unlink(target.c_str());
         throw fileError("copy", source, failure);
     }
+}
+
+/// Creates `folder` and the folders above it; throws FileError.
+void createFolders(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error)
+        throw platform::FileError("Could not create “" + folder.filename().string() + "”: " + error.message() + ".");
+}
+
+void syncFolder(const fs::path& folder) {
+    if (!platform::fileSteps::syncFolder(folder))
+        throw fileError("write", folder, errno);
 }
 
 /// Removes a work folder when the operation using it ends, however it ends.
@@ -104,7 +113,7 @@ public:
     explicit WorkFolder(fs::path path) : m_path(std::move(path)) {
         std::error_code ignored;
         fs::remove_all(m_path, ignored);
-        fs::create_directories(m_path);
+        createFolders(m_path);
     }
     ~WorkFolder() {
         if (m_keep)
@@ -122,18 +131,6 @@ private:
     bool m_keep = false;
 };
 
-void writeAll(int fd, std::string_view bytes, const fs::path& target) {
-    while (!bytes.empty()) {
-        const ssize_t written = ::write(fd, bytes.data(), bytes.size());
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            throw fileError("write", target, errno);
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-}
-
 /// Writes every file beside its target first and renames them into place only when all were
 /// written, with one sync for the whole batch instead of one per file: a restore of thousands of
 /// sermons would otherwise spend nearly all its time waiting for the disk.
@@ -147,17 +144,16 @@ void writeAllOrNothing(const std::vector<std::pair<fs::path, std::string>>& file
         for (const auto& [target, bytes] : files) {
             const fs::path temporary =
                 target.parent_path() / platform::workFileName::beside(target.filename().string(), ".restore");
-            const int fd = ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+            const int fd = platform::fileSteps::open(temporary, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
             if (fd < 0)
                 throw fileError("write", target, errno);
             written.emplace_back(temporary, target);
-            try {
-                writeAll(fd, bytes, target);
-            } catch (...) {
+            if (!platform::fileSteps::writeAll(fd, bytes, temporary)) {
+                const int error = errno;
                 ::close(fd);
-                throw;
+                throw fileError("write", target, error);
             }
-            if (::close(fd) != 0)
+            if (!platform::fileSteps::close(fd, temporary))
                 throw fileError("write", target, errno);
         }
         if (!written.empty()) {
@@ -193,7 +189,7 @@ fs::path moveToFreeName(const fs::path& work, const fs::path& folder, const std:
     const std::string stem = baseName.substr(0, baseName.size() - extension.size());
     for (int number = 1; number <= maximumSameNameBackups; ++number) {
         const fs::path candidate = folder / (number == 1 ? baseName : stem + " " + std::to_string(number) + extension);
-        if (::renameat2(AT_FDCWD, work.c_str(), AT_FDCWD, candidate.c_str(), RENAME_NOREPLACE) == 0)
+        if (platform::fileSteps::renameNoReplace(work, candidate))
             return candidate;
         if (errno != EEXIST && errno != ENOTEMPTY)
             throw fileError("create", candidate, errno);
@@ -255,11 +251,7 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
         throw BackupError(BackupError::Kind::encodingFailed);
     }
 
-    std::error_code error;
-    fs::create_directories(destinationFolder, error);
-    if (error)
-        throw platform::FileError("Could not create “" + destinationFolder.filename().string() +
-                                  "”: " + error.message() + ".");
+    createFolders(destinationFolder);
     const std::string baseName = backupFolderName(now);
     // What a backup killed midway left here goes before this one starts.
     platform::workFileName::removeAbandoned(destinationFolder);
@@ -267,7 +259,7 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     platform::writeFileAtomically(work.path() / sermonsFileName, archive);
 
     const fs::path media = work.path() / mediaFolderName;
-    fs::create_directory(media);
+    createFolders(media);
     const fs::path libraryMedia = m_mediaFolder();
     for (const model::SermonNote& sermon : sermons) {
         if (!sermon.coverImageFileName)
@@ -294,10 +286,14 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     manifest.sermonCount = static_cast<int>(sermons.size());
     manifest.appVersion = QUILLON_VERSION;
     platform::writeFileAtomically(work.path() / manifestFileName, encodeManifest(manifest));
+    syncFolder(media);
 
-    // The backup appears under its real name only once it is whole, and never over another.
+    // The backup appears under its real name only once it is whole on disk, and never over another.
     const fs::path finalFolder = moveToFreeName(work.path(), destinationFolder, baseName);
     work.keep();
+    // Until the destination is synced a power cut may take the finished backup away again; a
+    // failure here is reported, and the whole backup stays where it is.
+    syncFolder(destinationFolder);
     return finalFolder;
 }
 

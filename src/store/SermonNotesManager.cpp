@@ -155,10 +155,10 @@ void SermonNotesManager::takeUndoCheckpoint(const SermonNote& before) {
     m_redoStack.clear();
 }
 
-void SermonNotesManager::update(const SermonNote& sermon) {
+bool SermonNotesManager::update(const SermonNote& sermon) {
     SermonNote* stored = findMutable(sermon.id);
     if (!stored)
-        return;
+        return false;
     if (!m_isApplyingUndoRedo) {
         takeUndoCheckpoint(*stored);
         if (m_versionHistory) {
@@ -174,8 +174,10 @@ void SermonNotesManager::update(const SermonNote& sermon) {
     stored->modifiedAt = model::toDateTime(m_clock.now());
     // A failed write keeps the previous status and time: the interface must not claim a save that
     // did not happen. The change stays in memory and the next update writes it again.
-    if (store(*stored))
-        setSavedStatus();
+    if (!store(*stored))
+        return false;
+    setSavedStatus();
+    return true;
 }
 
 void SermonNotesManager::applyCheckpoint(std::deque<UndoCheckpoint>& from, std::deque<UndoCheckpoint>& to) {

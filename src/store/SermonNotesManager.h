@@ -65,8 +65,9 @@ public:
     /// Reads every sermon, restores pinned, hidden and selected ids and sets the status.
     void load();
     /// Replaces the stored sermon with the same id (nothing when there is none): undo checkpoint,
-    /// version snapshot, `modifiedAt` stamped now, written at once.
-    void update(const model::SermonNote& sermon);
+    /// version snapshot, `modifiedAt` stamped now, written at once. False when there is no such
+    /// sermon or the write failed (logged); the change stays in memory either way.
+    bool update(const model::SermonNote& sermon);
     void undo();
     void redo();
     /// Re-reads storage and takes every sermon that is new or strictly newer than the one in memory.

@@ -13,15 +13,14 @@
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
 #include "support/LogCapture.h"
+#include "support/PrivateMountNamespace.h"
 #include "support/SermonFixtures.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <sched.h>
 #include <sys/mount.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace quillon::store {
@@ -95,39 +94,17 @@ std::string onAFullDisk(const fs::path& disk) {
 }
 
 TEST(DiskFull, failedWritesKeepTheOldFileReportAndLeaveNothingBehind) {
-    if (::geteuid() != 0)
-        GTEST_SKIP() << "needs root for a private mount namespace";
     quillon::testing::TemporaryFolder folder;
     const fs::path disk = folder / "disk";
     fs::create_directories(disk);
-    int report[2];
-    ASSERT_EQ(::pipe(report), 0);
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::close(report[0]);
-        std::string problems;
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
-            ::mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=1m") != 0)
-            ::_exit(77);
-        try {
-            problems = onAFullDisk(disk);
-        } catch (const std::exception& failure) {
-            problems = std::string("unexpected exception: ") + failure.what();
-        }
-        (void)!::write(report[1], problems.data(), problems.size());
-        ::_exit(problems.empty() ? 0 : 1);
-    }
-    ::close(report[1]);
-    std::string problems;
-    char buffer[1024];
-    for (ssize_t count; (count = ::read(report[0], buffer, sizeof buffer)) > 0;)
-        problems.append(buffer, static_cast<std::size_t>(count));
-    ::close(report[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == 77)
-        GTEST_SKIP() << "no private mount namespace here";
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << problems;
+    const auto problems = quillon::testing::inPrivateMountNamespace([&]() -> std::string {
+        if (::mount("tmpfs", disk.c_str(), "tmpfs", 0, "size=1m") != 0)
+            return "could not mount a small disk";
+        return onAFullDisk(disk);
+    });
+    if (!problems)
+        GTEST_SKIP() << "needs root for a private mount namespace";
+    EXPECT_EQ(*problems, "");
 }
 
 } // namespace
