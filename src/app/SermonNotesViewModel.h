@@ -295,9 +295,10 @@ public:
 
 private:
     /// Applies `change` to a copy of the sermon and hands it to the store as one update, then
-    /// publishes `doneTitle`. `change` returns false (after failEdit) to leave everything as it was.
+    /// publishes `doneTitle` with `note`, or with the save status when there is no note (a failed save
+    /// is said over either). `change` returns false (after failEdit) to leave everything as it was.
     bool edit(const model::Uuid& sermonId, std::string_view doneTitle,
-              const std::function<bool(model::SermonNote&)>& change);
+              const std::function<bool(model::SermonNote&)>& change, const std::string& note = {});
     /// Publishes an "Edit Failed" alert with `sentence`; returns false.
     bool failEdit(const std::string& sentence);
     void rememberSelection();

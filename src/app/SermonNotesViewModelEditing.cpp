@@ -5,6 +5,7 @@
 #include "app/ControllerTexts.h"
 #include "app/OutlineEditing.h"
 #include "app/TextRules.h"
+#include "export/OutlineParser.h"
 #include "orvane/UnicodeText.h"
 #include "scripture/ReferenceParser.h"
 
@@ -29,33 +30,6 @@ std::optional<std::string> normalisedColour(std::string_view text) {
     return colour;
 }
 
-/// The typed text split into the reference and a trailing word that looks like a version code
-/// ("John 3:16 ASV"); the code is empty when there is none.
-std::pair<std::string, std::string> splitVersionCode(std::string_view typed) {
-    typed = trimmed(typed);
-    const auto space = typed.find_last_of(" \t");
-    if (space == std::string_view::npos)
-        return {std::string(typed), {}};
-    const std::string_view last = typed.substr(space + 1);
-    std::string upper;
-    for (char c : last)
-        upper += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    const bool letters = last.size() >= 2 && last.size() <= 5 && std::all_of(last.begin(), last.end(), [](char c) {
-                             return std::isalpha(static_cast<unsigned char>(c)) != 0;
-                         });
-    // A known code in any case ("kjv"), or an unknown one written as codes are ("ESV").
-    if (!letters || (upper != last && !model::bibleVersionFromRawValue(upper)))
-        return {std::string(typed), {}};
-    return {std::string(trimmed(typed.substr(0, space))), upper};
-}
-
-std::string versionList() {
-    std::string list;
-    for (auto version : model::allBibleVersions)
-        list += (list.empty() ? "" : ", ") + std::string(model::rawValue(version));
-    return list;
-}
-
 } // namespace
 
 bool SermonNotesViewModel::failEdit(const std::string& sentence) {
@@ -64,7 +38,7 @@ bool SermonNotesViewModel::failEdit(const std::string& sentence) {
 }
 
 bool SermonNotesViewModel::edit(const model::Uuid& sermonId, std::string_view doneTitle,
-                                const std::function<bool(model::SermonNote&)>& change) {
+                                const std::function<bool(model::SermonNote&)>& change, const std::string& note) {
     const model::SermonNote* stored = m_store.sermon(sermonId);
     if (!stored)
         return failEdit("Quillon could not find that sermon; it may have been moved to Trash.");
@@ -74,8 +48,8 @@ bool SermonNotesViewModel::edit(const model::Uuid& sermonId, std::string_view do
     const bool saved = m_store.update(copy);
     notifySermon(sermonId);
     // A failed write never interrupts the edit, but the toast must not claim a save.
-    post({std::string(doneTitle), saved ? m_store.lastSyncStatus() : notSavedDetail(copy.title),
-          StatusMessage::Kind::toast});
+    const std::string detail = !saved ? notSavedDetail(copy.title) : note.empty() ? m_store.lastSyncStatus() : note;
+    post({std::string(doneTitle), detail, StatusMessage::Kind::toast});
     return true;
 }
 
@@ -118,25 +92,18 @@ std::optional<model::Uuid> SermonNotesViewModel::addSubTopic(const model::Uuid& 
 std::optional<model::Uuid> SermonNotesViewModel::addScripture(const model::Uuid& sermonId,
                                                               const model::Uuid& subTopicId, std::string_view typed,
                                                               std::optional<model::BibleVersion> version) {
-    auto [referenceText, code] = splitVersionCode(typed);
-    auto reference = scripture::parse(referenceText);
-    if (!reference || !isValidText(typed)) {
-        // A last word that only looked like a version code may belong to the reference after all.
-        reference = isValidText(typed) ? scripture::parse(trimmed(typed)) : std::nullopt;
-        code.clear();
-    }
+    const scripture::ReferenceReading reading =
+        isValidText(typed) ? scripture::readReference(typed) : scripture::ReferenceReading{};
+    const auto& reference = reading.reference;
     if (!reference) {
         failEdit("Quillon could not read " + curlyQuoted(orvane::UnicodeText::repaired(trimmed(typed))) +
                  " as a scripture reference. Type a book, a chapter and verses, for example “John 3:16-18”.");
         return std::nullopt;
     }
-    if (!code.empty() && !version) {
-        version = model::bibleVersionFromRawValue(code);
-        if (!version) {
-            failEdit(code + " is not one of the Bible versions in Quillon (" + versionList() + ").");
-            return std::nullopt;
-        }
-    }
+    // A version chosen in the sheet wins over a tag typed with the reference; a tag naming a
+    // translation Quillon lacks still attaches the passage, and says in which version.
+    if (!version)
+        version = reading.version;
     model::SermonScripture scripture;
     scripture.id = model::Uuid::random();
     scripture.bookName = reference->book.name;
@@ -145,14 +112,21 @@ std::optional<model::Uuid> SermonNotesViewModel::addScripture(const model::Uuid&
     scripture.startVerse = reference->firstVerse().value_or(1);
     scripture.endVerse = reference->lastVerse().value_or(std::max(1, reference->book.verseCount(reference->chapter)));
     scripture.version = version.value_or(model::BibleVersion::kjv);
-    const bool added = edit(sermonId, "Scripture Added", [&](model::SermonNote& sermon) {
-        model::SermonSubTopic* subTopic = findSubTopic(sermon, subTopicId);
-        if (!subTopic)
-            return failEdit("Quillon could not find that subtopic in " + curlyQuoted(sermon.title) + ".");
-        subTopic->scriptures.push_back(scripture);
-        renumber(sermon);
-        return true;
-    });
+    std::string note;
+    if (!reading.translation.empty() && !reading.version)
+        note = exports::OutlineParser::missingVersionNote(reading.translation, scriptureReferenceText(scripture),
+                                                          scripture.version);
+    const bool added = edit(
+        sermonId, "Scripture Added",
+        [&](model::SermonNote& sermon) {
+            model::SermonSubTopic* subTopic = findSubTopic(sermon, subTopicId);
+            if (!subTopic)
+                return failEdit("Quillon could not find that subtopic in " + curlyQuoted(sermon.title) + ".");
+            subTopic->scriptures.push_back(scripture);
+            renumber(sermon);
+            return true;
+        },
+        note);
     return added ? std::optional(scripture.id) : std::nullopt;
 }
 

@@ -2,6 +2,7 @@
 
 #include "export/OutlineNumbering.h"
 #include "export/XmlText.h"
+#include "scripture/ReferenceNormaliser.h"
 
 #include <algorithm>
 #include <cctype>
@@ -78,7 +79,7 @@ bool isRoman(const std::string& label) {
 struct VersionedText {
     std::string reference;
     model::BibleVersion version = model::BibleVersion::kjv;
-    /// A translation named after the reference that this program has no text of ("ESV").
+    /// A translation named with the reference that this program has no text of ("ESV").
     std::string missingVersion;
 };
 
@@ -95,49 +96,19 @@ bool equalsIgnoringCase(std::string_view a, std::string_view b) {
     return true;
 }
 
-/// "John 3:16 (NKJV)", "John 3:16 - NLT", "John 3:16 [ASV]", "Luke 15:22-24 ESV" name their
-/// version after the reference. A known code is matched in any case; an unknown one must be a
-/// capitalised abbreviation of two to six letters, so "Psalm 23 and" stays text.
-VersionedText splitVersion(const std::string& line) {
-    std::string_view rest = line;
-    const auto dropTrailing = [&](std::string_view characters) {
-        while (!rest.empty() && characters.find(rest.back()) != std::string_view::npos)
-            rest.remove_suffix(1);
-    };
-    dropTrailing(" \t");
-    if (!rest.empty() && (rest.back() == ')' || rest.back() == ']'))
-        rest.remove_suffix(1);
-    dropTrailing(" \t");
-    std::size_t start = rest.size();
-    while (start > 0 && isAsciiLetter(rest[start - 1]))
-        --start;
-    const std::string_view code = rest.substr(start);
-    rest = rest.substr(0, start);
-    if (code.empty() || code.size() > 6)
-        return unversioned(line);
-    // The code must stand apart from the reference: "John 3:16KJV" and "Jude" are no versions.
-    if (rest.empty() || (rest.back() != ' ' && rest.back() != '\t' && rest.back() != '(' && rest.back() != '[' &&
-                         rest.back() != ',' && rest.back() != '-'))
-        return unversioned(line);
-    if (rest.back() == '(' || rest.back() == '[')
-        rest.remove_suffix(1);
-    dropTrailing(" \t,-");
-    if (rest.empty())
-        return unversioned(line);
-    for (model::BibleVersion version : model::allBibleVersions)
-        if (equalsIgnoringCase(code, model::rawValue(version)))
-            return {trim(rest), version, {}};
-    const bool abbreviation =
-        code.size() >= 2 && std::all_of(code.begin(), code.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-    if (!abbreviation)
-        return unversioned(line);
-    return {trim(rest), model::BibleVersion::kjv, std::string(code)};
-}
-
 void appendLine(std::string& text, const std::string& line) {
     if (!text.empty())
         text += '\n';
     text += line;
+}
+
+/// "Romans 8:28", "Psalms 23:1-6": the passage as attached.
+std::string passageText(const RecognizedPassage& passage) {
+    std::string text =
+        passage.bookName + " " + std::to_string(passage.chapter) + ":" + std::to_string(passage.startVerse);
+    if (passage.endVerse != passage.startVerse)
+        text += "-" + std::to_string(passage.endVerse);
+    return text;
 }
 
 struct Recognized {
@@ -150,13 +121,16 @@ std::optional<Recognized> recognise(const ReferenceRecognizer& recognize, const 
     // spelling tolerance costs time in proportion to the line.
     if (!recognize || line.size() > OutlineParser::maximumReferenceLineBytes)
         return std::nullopt;
-    VersionedText versioned = splitVersion(line);
-    auto passage = recognize(versioned.reference);
-    if (!passage && versioned.reference != line) {
-        // The parser may read the whole line, version and all, better than the split does.
+    // "John 3:16 (NKJV)", "NKJV: Matt 5:6", "Luke 15:22-24 ESV": the tag is read as everywhere
+    // else a reference is typed, and the recogniser is offered the reference without it.
+    const scripture::NormalisedReference tagged = scripture::normaliseReference(line);
+    std::optional<RecognizedPassage> passage;
+    VersionedText versioned = unversioned(line);
+    if (!tagged.translation.empty() && (passage = recognize(tagged.text)))
+        versioned = VersionedText{passageText(*passage), tagged.version.value_or(model::BibleVersion::kjv),
+                                  tagged.version ? std::string() : tagged.translation};
+    if (!passage)
         passage = recognize(line);
-        versioned = unversioned(line);
-    }
     if (!passage)
         return std::nullopt;
     return Recognized{std::move(*passage), std::move(versioned)};
@@ -291,9 +265,10 @@ public:
 
 } // namespace
 
-std::string OutlineParser::missingVersionNote(std::string_view version, std::string_view reference) {
+std::string OutlineParser::missingVersionNote(std::string_view version, std::string_view reference,
+                                              model::BibleVersion attached) {
     return std::string(version) + " is not in this build of Quillon, so " + std::string(reference) +
-           " is attached in KJV.";
+           " is attached in " + std::string(model::rawValue(attached)) + ".";
 }
 
 model::SermonNote OutlineParser::parse(std::string_view text) const {

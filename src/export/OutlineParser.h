@@ -33,7 +33,8 @@ struct OutlineLine {
 
 /// Turns the lines of an existing document into a draft sermon. Roman-numeral or numbered lines
 /// become topics, lettered lines sub-topics, lines that are references attached scriptures (KJV
-/// unless a version is named after the reference), every other line details of the point above it.
+/// unless a translation tag before or after the reference names one of Quillon's versions), every
+/// other line details of the point above it.
 ///
 /// Limits: time and memory are linear in the text. Lines are read by hand-written matchers, never
 /// by a backtracking regular expression; only lines of at most `maximumReferenceLineBytes` are
@@ -44,8 +45,10 @@ public:
 
     explicit OutlineParser(ReferenceRecognizer recognize) : m_recognize(std::move(recognize)) {}
 
-    /// The detail line under a passage whose named translation this program does not carry.
-    static std::string missingVersionNote(std::string_view version, std::string_view reference);
+    /// The sentence said of a passage whose named translation this program does not carry, and
+    /// the version it is attached in instead.
+    static std::string missingVersionNote(std::string_view version, std::string_view reference,
+                                          model::BibleVersion attached = model::BibleVersion::kjv);
 
     /// Plain text, one outline element a line.
     model::SermonNote parse(std::string_view text) const;

@@ -69,14 +69,15 @@ TEST(OutlineParser, takesTheNamedVersionAndKeepsKjvOtherwise) {
         OutlineParser(testing::fakeRecognizer())
             .parse("I. Word\nA. Light\nJohn 1:4-5 (NKJV)\nPsalm 119:105 - asv\nRomans 8:1 [LSV]\n"
                    "1 John 1:9\nJohn 3:16 nkjv\nB. Other translations\nJohn 3:16 ESV\nRomans 8:1 (NIV)\n"
-                   "John 3:16KJV\nWelcome to FBC\nJohn 3:16 esv");
+                   "John 3:16KJV\nWelcome to FBC\nNKJV: John 3:16\nJohn 3:16 esv");
     EXPECT_EQ(shape(sermon),
-              (std::vector<std::string>{"T:Word", "S:Light", "R:John 1:4-5 NKJV", "R:Psalm 119:105-105 ASV",
-                                        "R:Romans 8:1-1 LSV", "R:1 John 1:9-9 KJV", "R:John 3:16-16 NKJV",
-                                        "S:Other translations", "R:John 3:16-16 KJV", "R:Romans 8:1-1 KJV",
-                                        "D:" + OutlineParser::missingVersionNote("ESV", "John 3:16") + "\n" +
-                                            OutlineParser::missingVersionNote("NIV", "Romans 8:1") +
-                                            "\nJohn 3:16KJV\nWelcome to FBC\nJohn 3:16 esv"}));
+              (std::vector<std::string>{
+                  "T:Word", "S:Light", "R:John 1:4-5 NKJV", "R:Psalm 119:105-105 ASV", "R:Romans 8:1-1 LSV",
+                  "R:1 John 1:9-9 KJV", "R:John 3:16-16 NKJV", "S:Other translations", "R:John 3:16-16 KJV",
+                  "R:Romans 8:1-1 KJV", "R:John 3:16-16 NKJV", "R:John 3:16-16 KJV",
+                  "D:" + OutlineParser::missingVersionNote("ESV", "John 3:16") + "\n" +
+                      OutlineParser::missingVersionNote("NIV", "Romans 8:1") + "\nJohn 3:16KJV\nWelcome to FBC\n" +
+                      OutlineParser::missingVersionNote("ESV", "John 3:16")}));
     EXPECT_EQ(OutlineParser::missingVersionNote("ESV", "Luke 15:22-24"),
               "ESV is not in this build of Quillon, so Luke 15:22-24 is attached in KJV.");
 }
