@@ -5,7 +5,7 @@
 
 #include <array>
 #include <cctype>
-#include <regex>
+#include <optional>
 #include <sstream>
 
 namespace quillon::intelligence {
@@ -50,12 +50,60 @@ std::string capitalised(std::string text) {
 }
 
 /// A topic that opens with a reference is named for it; otherwise by the speaker's first words.
-std::string titleFor(const OutlinePassage& passage) {
+std::string titleFor(const SpokenPassage& passage) {
     auto references = scripture::spokenReferences(passage.text);
     if (!references.empty())
         return references.front().reference.description();
     std::string title = capitalised(firstWords(featureText::trimmed(passage.text), titleWords));
     return title.empty() ? "Untitled" : featureText::shortened(title, titleCharacters);
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+void skipBlanks(std::string_view& text) {
+    while (!text.empty() && isBlank(text.front()))
+        text.remove_prefix(1);
+}
+
+struct TopicLine {
+    std::size_t number = 0;
+    std::string_view title;
+};
+
+/// "TOPIC 3: title", "**Topic 3 - title**", "topic 3. title": the passage number (one to five
+/// digits) and the rest of the line. Read left to right once, as replies may be megabytes long.
+std::optional<TopicLine> topicLine(std::string_view line) {
+    while (!line.empty() && line.front() == '*')
+        line.remove_prefix(1);
+    skipBlanks(line);
+    static constexpr std::string_view keyword = "topic";
+    if (line.size() < keyword.size())
+        return std::nullopt;
+    for (std::size_t i = 0; i < keyword.size(); ++i)
+        if (std::tolower(static_cast<unsigned char>(line[i])) != keyword[i])
+            return std::nullopt;
+    line.remove_prefix(keyword.size());
+    if (line.empty() || !isBlank(line.front()))
+        return std::nullopt;
+    skipBlanks(line);
+    TopicLine topic;
+    std::size_t digits = 0;
+    while (digits < line.size() && std::isdigit(static_cast<unsigned char>(line[digits]))) {
+        if (++digits > 5)
+            return std::nullopt;
+        topic.number = topic.number * 10 + static_cast<std::size_t>(line[digits - 1] - '0');
+    }
+    if (digits == 0)
+        return std::nullopt;
+    line.remove_prefix(digits);
+    skipBlanks(line);
+    if (line.empty() || (line.front() != ':' && line.front() != '.' && line.front() != '-'))
+        return std::nullopt;
+    line.remove_prefix(1);
+    topic.title = line;
+    return topic;
 }
 
 } // namespace
@@ -81,14 +129,14 @@ bool MessyDocumentOutliner::opensWithHeading(const std::string& text) {
     return false;
 }
 
-std::vector<OutlineSection> MessyDocumentOutliner::fallback(const std::vector<OutlinePassage>& passages) const {
+std::vector<OutlineSection> MessyDocumentOutliner::fallback(const std::vector<SpokenPassage>& passages) const {
     std::vector<OutlineSection> sections;
     if (passages.empty())
         return sections;
     sections.push_back({titleFor(passages.front()), 0});
     std::size_t wordsInTopic = wordsOf(passages.front().text).size();
     for (std::size_t i = 1; i < passages.size(); ++i) {
-        const OutlinePassage& passage = passages[i];
+        const SpokenPassage& passage = passages[i];
         const bool movesOn = passage.pauseBefore >= topicPauseSeconds || opensWithHeading(passage.text) ||
                              !scripture::spokenReferences(passage.text).empty();
         if (movesOn && wordsInTopic >= minimumTopicWords && sections.size() < maximumTopics) {
@@ -110,7 +158,7 @@ std::string MessyDocumentOutliner::instructions() {
            std::to_string(maximumTopics) + " topics and nothing else. Never invent content the speaker did not say.";
 }
 
-std::string MessyDocumentOutliner::prompt(const std::vector<OutlinePassage>& passages) {
+std::string MessyDocumentOutliner::prompt(const std::vector<SpokenPassage>& passages) {
     std::string text;
     for (std::size_t i = 0; i < passages.size(); ++i) {
         char pause[32];
@@ -122,25 +170,28 @@ std::string MessyDocumentOutliner::prompt(const std::vector<OutlinePassage>& pas
 }
 
 std::vector<OutlineSection> MessyDocumentOutliner::sectionsFrom(const std::string& reply, std::size_t passageCount) {
-    static const std::regex line(R"(^\**\s*TOPIC\s+(\d{1,5})\s*[:.\-]\s*(.+)$)", std::regex::icase);
     std::vector<OutlineSection> sections;
     for (const std::string& candidate : featureText::lines(reply)) {
-        std::smatch match;
-        if (!std::regex_match(candidate, match, line))
+        const std::optional<TopicLine> line = topicLine(candidate);
+        if (!line)
             continue;
-        const std::size_t number = std::stoul(match[1].str());
-        std::string title = match[2].str();
+        const std::size_t number = line->number;
+        std::string_view title = line->title;
         // Models like to embolden or quote their headings.
-        while (!title.empty() && (title.back() == '*' || std::isspace(static_cast<unsigned char>(title.back()))))
-            title.pop_back();
-        title = featureText::trimmed(title);
-        if (title.size() >= 2 && title.front() == '"' && title.back() == '"')
-            title = featureText::trimmed(title.substr(1, title.size() - 2));
+        while (!title.empty() && (title.back() == '*' || isBlank(title.back())))
+            title.remove_suffix(1);
+        skipBlanks(title);
+        if (title.size() >= 2 && title.front() == '"' && title.back() == '"') {
+            title = title.substr(1, title.size() - 2);
+            skipBlanks(title);
+            while (!title.empty() && isBlank(title.back()))
+                title.remove_suffix(1);
+        }
         if (number < 1 || number > passageCount || title.empty() || sections.size() >= maximumTopics)
             continue;
         if (!sections.empty() && number - 1 <= sections.back().firstPassage)
             continue;
-        sections.push_back({featureText::shortened(title, titleCharacters), number - 1});
+        sections.push_back({featureText::shortened(std::string(title), titleCharacters), number - 1});
     }
     if (sections.empty())
         throw orvane::IntelligenceError::malformedResponse("No usable topic came back.");
@@ -148,7 +199,7 @@ std::vector<OutlineSection> MessyDocumentOutliner::sectionsFrom(const std::strin
     return sections;
 }
 
-std::vector<OutlineSection> MessyDocumentOutliner::generate(const std::vector<OutlinePassage>& passages,
+std::vector<OutlineSection> MessyDocumentOutliner::generate(const std::vector<SpokenPassage>& passages,
                                                             orvane::IntelligenceBackendProviding& backend) const {
     if (passages.empty())
         return {};

@@ -10,11 +10,11 @@ namespace quillon::intelligence {
 
 /// One stretch of an unstructured text (a transcript's speech between pauses), with the pause
 /// before it in seconds (0 when not known).
-struct OutlinePassage {
+struct SpokenPassage {
     std::string text;
     double pauseBefore = 0;
 
-    bool operator==(const OutlinePassage&) const = default;
+    bool operator==(const SpokenPassage&) const = default;
 };
 
 /// Where a topic begins in the passages, and its title.
@@ -31,7 +31,7 @@ struct OutlineSection {
 /// at a new scripture reference, once the topic before has some substance. The sections always
 /// start at passage 0 and ascend.
 class MessyDocumentOutliner final
-    : public orvane::IntelligenceFeature<std::vector<OutlinePassage>, std::vector<OutlineSection>> {
+    : public orvane::IntelligenceFeature<std::vector<SpokenPassage>, std::vector<OutlineSection>> {
 public:
     static constexpr std::size_t maximumTopics = 12;
     /// Words a topic needs before a pause, heading or reference may end it.
@@ -41,12 +41,12 @@ public:
 
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
-    std::vector<OutlineSection> fallback(const std::vector<OutlinePassage>& passages) const override;
-    std::vector<OutlineSection> generate(const std::vector<OutlinePassage>& passages,
+    std::vector<OutlineSection> fallback(const std::vector<SpokenPassage>& passages) const override;
+    std::vector<OutlineSection> generate(const std::vector<SpokenPassage>& passages,
                                          orvane::IntelligenceBackendProviding& backend) const override;
 
     static std::string instructions();
-    static std::string prompt(const std::vector<OutlinePassage>& passages);
+    static std::string prompt(const std::vector<SpokenPassage>& passages);
     /// "TOPIC <n>: <title>" lines with ascending passage numbers (1-based) within range; the first
     /// topic is moved to passage 1. Throws malformedResponse when no line is usable.
     static std::vector<OutlineSection> sectionsFrom(const std::string& reply, std::size_t passageCount);

@@ -79,8 +79,8 @@ model::SermonNote draft(const Transcript& transcript, std::string title, model::
     return sermon;
 }
 
-std::vector<intelligence::OutlinePassage> passages(const Transcript& transcript) {
-    std::vector<intelligence::OutlinePassage> result;
+std::vector<intelligence::SpokenPassage> passages(const Transcript& transcript) {
+    std::vector<intelligence::SpokenPassage> result;
     double previousEnd = 0;
     for (const TranscriptSegment& segment : transcript.segments) {
         result.push_back({segment.text, std::max(0.0, segment.startSeconds - previousEnd)});

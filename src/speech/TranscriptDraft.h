@@ -26,7 +26,7 @@ std::string titleFor(const std::filesystem::path& file);
 model::SermonNote draft(const Transcript& transcript, std::string title, model::DateTime now);
 
 /// The transcript's segments with the pause before each, as the outliner reads them.
-std::vector<intelligence::OutlinePassage> passages(const Transcript& transcript);
+std::vector<intelligence::SpokenPassage> passages(const Transcript& transcript);
 
 /// Replaces the draft's outline with one topic per section: its title, its passages as details,
 /// and a sub-topic for each distinct reference said within it. The notes stay the whole transcript.

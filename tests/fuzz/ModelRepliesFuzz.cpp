@@ -5,6 +5,7 @@
 #include "intelligence/AlternativeOutlines.h"
 #include "intelligence/AskYourLibrary.h"
 #include "intelligence/HighlightSuggester.h"
+#include "intelligence/MessyDocumentOutliner.h"
 #include "intelligence/PassageCommentary.h"
 #include "intelligence/RewriteForTheRoom.h"
 #include "intelligence/SectionQuestions.h"
@@ -37,7 +38,7 @@ const model::SermonNote& sermon() {
 }
 
 void readReply(std::uint8_t reader, const std::string& reply) {
-    switch (reader % 14) {
+    switch (reader % 15) {
     case 0: {
         // Without repeats the first line for a number wins, so every number comes back once.
         std::set<int> seen;
@@ -90,9 +91,19 @@ void readReply(std::uint8_t reader, const std::string& reply) {
         scripture::GeneratedScriptureReference::fromJSON(nlohmann::ordered_json::parse(reply, nullptr, false))
             .completed();
         break;
-    default:
+    case 13:
         ListenerQuestions().questionsFrom(reply, sermonSections(sermon()));
         break;
+    default: {
+        // Topics start at the first passage and ascend, within the passages offered.
+        constexpr std::size_t passages = 40;
+        const auto sections = MessyDocumentOutliner::sectionsFrom(reply, passages);
+        require(!sections.empty() && sections.front().firstPassage == 0);
+        require(sections.size() <= MessyDocumentOutliner::maximumTopics);
+        for (std::size_t i = 1; i < sections.size(); ++i)
+            require(sections[i].firstPassage > sections[i - 1].firstPassage && sections[i].firstPassage < passages);
+        break;
+    }
     }
 }
 

@@ -30,7 +30,7 @@ std::vector<std::size_t> starts(const std::vector<OutlineSection>& sections) {
 TEST(MessyDocumentOutliner, ruleStartsTopicsWhereTheSpeakerMovesOn) {
     struct Case {
         const char* name;
-        std::vector<OutlinePassage> passages;
+        std::vector<SpokenPassage> passages;
         std::vector<std::size_t> expected;
     };
     const Case cases[] = {
@@ -46,7 +46,7 @@ TEST(MessyDocumentOutliner, ruleStartsTopicsWhereTheSpeakerMovesOn) {
     for (const Case& c : cases)
         EXPECT_EQ(starts(outliner.fallback(c.passages)), c.expected) << c.name;
 
-    std::vector<OutlinePassage> many;
+    std::vector<SpokenPassage> many;
     for (int i = 0; i < 40; ++i)
         many.push_back({filler(30), 3.0});
     EXPECT_EQ(outliner.fallback(many).size(), MessyDocumentOutliner::maximumTopics);
@@ -69,12 +69,40 @@ TEST(MessyDocumentOutliner, readsTheModelsTopicLines) {
                                                   "TOPIC 2: Backwards\nnoise\n**Topic 4 - Sending**",
                                                   5),
               (std::vector<OutlineSection>{{"Welcome", 0}, {"Love Is Patient", 2}, {"Sending", 3}}));
+    // One line after the opening topic, in each of the shapes models write it or get wrong.
+    struct Case {
+        std::string line;
+        std::vector<OutlineSection> expected;
+    };
+    const std::vector<Case> cases{
+        {"topic 2. Sent out", {{"Opening", 0}, {"Sent out", 1}}},
+        {"** TOPIC\t2 :  “Sent”  **", {{"Opening", 0}, {"“Sent”", 1}}},
+        {"TOPIC 00002 - Padded", {{"Opening", 0}, {"Padded", 1}}},
+        {"TOPIC 000002: Six digits", {{"Opening", 0}}},
+        {"TOPIC2: Glued", {{"Opening", 0}}},
+        {"TOPICS 2: Plural", {{"Opening", 0}}},
+        {"TOPIC 2 Sent", {{"Opening", 0}}},
+        {"TOPIC 2: \"  \" **", {{"Opening", 0}}},
+        {"Our TOPIC 2: Later", {{"Opening", 0}}},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(MessyDocumentOutliner::sectionsFrom("TOPIC 1: Opening\n" + c.line, 5), c.expected) << c.line;
     // A model that skips the opening still covers it: the first topic starts at the first passage.
     EXPECT_EQ(starts(MessyDocumentOutliner::sectionsFrom("TOPIC 2: Later", 3)), std::vector<std::size_t>{0});
     EXPECT_THROW(MessyDocumentOutliner::sectionsFrom("I could not find topics.", 3), IntelligenceError);
     EXPECT_THROW(MessyDocumentOutliner::sectionsFrom("TOPIC 0: Nothing", 3), IntelligenceError);
     EXPECT_EQ(MessyDocumentOutliner::prompt({{"hello there", 0}, {"next part", 1.25}}),
               "1. (pause 0.0 s) hello there\n2. (pause 1.2 s) next part\n");
+}
+
+TEST(MessyDocumentOutliner, readsAMegabyteLineInOnePass) {
+    const std::string title(1 << 20, 'a');
+    const auto sections = MessyDocumentOutliner::sectionsFrom("TOPIC 1: " + title + "\nTOPIC 2: " + title + "!", 3);
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].firstPassage, 1u);
+    EXPECT_LE(sections[1].title.size(), 80u + 3u);
+    EXPECT_THROW(MessyDocumentOutliner::sectionsFrom("TOPIC 1" + std::string(1 << 20, ' ') + "x", 3),
+                 IntelligenceError);
 }
 
 TEST(MessyDocumentOutliner, asksTheModelAndFallsBackWhenItFails) {
@@ -84,7 +112,7 @@ TEST(MessyDocumentOutliner, asksTheModelAndFallsBackWhenItFails) {
     settings.endpoint = server.endpoint();
     settings.replyTimeout = std::chrono::milliseconds(300);
     auto router = makeSharedRouter(preferences, std::make_shared<LocalModelBackend>(settings));
-    const std::vector<OutlinePassage> passages = {{filler(30), 0}, {"secondly we pray", 2.0}, {"amen", 0.5}};
+    const std::vector<SpokenPassage> passages = {{filler(30), 0}, {"secondly we pray", 2.0}, {"amen", 0.5}};
     const MessyDocumentOutliner outliner;
 
     server.queueChat(Behaviour::reply("TOPIC 1: Grace\nTOPIC 3: Amen"));
