@@ -309,6 +309,11 @@ std::span<const WordIndex::Ordinal> WordIndex::versesWith(std::string_view norma
     return std::span<const Ordinal>(m_postings.data() + range.begin, range.end - range.begin);
 }
 
+namespace {
+/// How much of the Bible's text one search call looks at before it is cut at the next verse.
+constexpr std::size_t searchWindowBytes = 4096;
+} // namespace
+
 std::vector<WordIndex::Ordinal> WordIndex::versesContaining(std::string_view phrase) const {
     std::vector<Ordinal> found;
     const std::string needle = loweredText(phrase);
@@ -318,9 +323,17 @@ std::vector<WordIndex::Ordinal> WordIndex::versesContaining(std::string_view phr
     const std::size_t size = m_loweredText.size();
     std::size_t from = 0;
     while (from < size) {
-        const void* hit = memmem(start + from, size - from, needle.data(), needle.size());
-        if (!hit)
-            break;
+        // A few kilobytes at a time, cut where a verse begins (a hit never spans two verses): a
+        // phrase found in every verse then costs one pass over the text, not one pass over the
+        // rest of it per verse, as a memory checker's look at each call's whole range would.
+        const auto cut = std::upper_bound(m_offsets.begin(), m_offsets.end(),
+                                          static_cast<std::uint32_t>(std::min(size, from + searchWindowBytes) - 1));
+        const std::size_t windowEnd = cut == m_offsets.end() ? size : *cut;
+        const void* hit = memmem(start + from, windowEnd - from, needle.data(), needle.size());
+        if (!hit) {
+            from = windowEnd;
+            continue;
+        }
         auto at = static_cast<std::size_t>(static_cast<const char*>(hit) - start);
         // The verse whose text the hit begins in; a hit running into the next verse does not count.
         auto next = std::upper_bound(m_offsets.begin(), m_offsets.end(), static_cast<std::uint32_t>(at));

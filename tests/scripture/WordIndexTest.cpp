@@ -109,3 +109,18 @@ TEST(WordIndex, phrasesMatchCaseInsensitivelyWithinOneVerse) {
         EXPECT_EQ(found, entry.keys) << entry.phrase;
     }
 }
+
+TEST(WordIndex, aPhraseAcrossALongTextIsFoundOncePerVerseWhereverTheSearchIsCut) {
+    // Long enough that the text is searched in many pieces; verses of different lengths move the cuts.
+    std::vector<std::pair<std::string, std::string>> verses;
+    for (int number = 1; number <= 3000; ++number)
+        verses.emplace_back("Psa " + std::to_string(number),
+                            "Grace upon grace" + std::string(static_cast<std::size_t>(number % 97), '.') + " verse " +
+                                std::to_string(number) + " ends");
+    auto index = WordIndex::build(dictionaryOf(verses));
+    auto everywhere = keysOf(*index, index->versesContaining("grace"));
+    EXPECT_EQ(everywhere.size(), 3000u);
+    EXPECT_EQ(std::set<std::string>(everywhere.begin(), everywhere.end()).size(), 3000u);
+    EXPECT_EQ(keysOf(*index, index->versesContaining("verse 2999 ends")), std::vector<std::string>{"Psa 2999"});
+    EXPECT_TRUE(index->versesContaining("ends\ngrace").empty()); // runs from one verse into the next
+}
