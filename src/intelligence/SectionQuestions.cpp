@@ -2,9 +2,17 @@
 
 #include "intelligence/Distinctiveness.h"
 #include "intelligence/ReferenceRecogniser.h"
+#include "orvane/AsciiText.h"
+#include "orvane/LexicalTokenizer.h"
 #include "orvane/NumberedChoice.h"
+#include "orvane/ScriptureStemmer.h"
 #include "orvane/SentenceTokenizer.h"
 #include "scripture/ReferenceParser.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
 
 namespace quillon::intelligence {
 
@@ -93,35 +101,124 @@ std::optional<std::string> tellingSentence(const SermonSection& section) {
     // A sub-point's "Title: details" line quotes better without its title.
     if (std::size_t colon = sentence.find(": "); colon != std::string::npos && colon < sentence.size() / 2)
         sentence = sentence.substr(colon + 2);
+    // So does a passage's "Ezekiel 34:11-12 — note" line without its reference.
+    static constexpr std::string_view dash = " — ";
+    if (std::size_t at = sentence.find(dash); at != std::string::npos && at < sentence.size() / 2 &&
+                                              scripture::parse(std::string_view(sentence).substr(0, at)))
+        sentence = sentence.substr(at + dash.size());
     if (featureText::characterCount(sentence) > 160 || sentence.ends_with('?'))
         return std::nullopt;
     return sentence;
 }
 
-/// A question that takes the section's theme into the group's own week. The wording changes from
-/// one section to the next so that the list reads as questions, not as a form filled in.
-std::string applicationQuestion(const std::string& theme, std::size_t position) {
-    switch (position % 4) {
+/// The word as the notes write it: "Rahab" stays capitalised, "green" from "Green Pastures" does not.
+std::string asWritten(const std::string& word, const std::string& notes) {
+    const std::string lowered = orvane::ascii::lowercased(notes);
+    std::string written = word;
+    for (std::size_t at = 0; (at = lowered.find(word, at)) != std::string::npos; at += word.size()) {
+        const std::size_t end = at + word.size();
+        if ((at > 0 && orvane::ascii::isLetter(lowered[at - 1])) ||
+            (end < lowered.size() && orvane::ascii::isLetter(lowered[end])))
+            continue;
+        const std::string_view form = std::string_view(notes).substr(at, word.size());
+        if (form == word)
+            return word;
+        written = form;
+    }
+    return written;
+}
+
+/// What each section says that the others do not: up to two of its theme words (a heading's
+/// words weigh most) that its notes use too and that are no theme of another section, so that
+/// every section is asked about its own matter rather than the sermon's refrain.
+std::vector<std::vector<std::string>> distinctiveWords(const std::vector<SermonSection>& sections) {
+    constexpr std::size_t themesPerSection = 6;
+    constexpr std::size_t wordsPerSection = 2;
+    std::vector<std::vector<std::string>> themes;
+    std::map<std::string, int> sectionsPerStem;
+    for (const SermonSection& section : sections) {
+        themes.push_back(distinctiveness::themeWords({section.heading}, section.notes, themesPerSection));
+        std::set<std::string> stems;
+        for (const std::string& word : themes.back())
+            stems.insert(orvane::ScriptureStemmer::stem(word));
+        for (const std::string& stem : stems)
+            ++sectionsPerStem[stem];
+    }
+    std::vector<std::vector<std::string>> chosen(sections.size());
+    for (std::size_t i = 0; i < sections.size(); ++i) {
+        // A heading's word the notes do not take up again ("Runs" in "The Father Who Runs") is a
+        // label, not what the section talks about.
+        std::map<std::string, int> noteStems;
+        for (const std::string& token : orvane::LexicalTokenizer::tokens(sections[i].notes, 4, true))
+            ++noteStems[orvane::ScriptureStemmer::stem(token)];
+        for (const std::string& word : themes[i]) {
+            const std::string stem = orvane::ScriptureStemmer::stem(word);
+            if (chosen[i].size() < wordsPerSection && sectionsPerStem[stem] == 1 && noteStems[stem] >= 2)
+                chosen[i].push_back(asWritten(word, sections[i].notes));
+        }
+    }
+    return chosen;
+}
+
+std::string quoted(const std::string& text) {
+    return "“" + text + "”";
+}
+
+/// A question about the section's passage: what it says and what it asks of the one who hears
+/// it. Two passages are read side by side.
+std::string passageQuestion(const SermonSection& section, const std::string& theme, std::size_t form) {
+    const std::string& reference = section.scriptures.front();
+    if (section.scriptures.size() > 1 && form % 2 == 1)
+        return "Read " + reference + " alongside " + section.scriptures[1] + ". What does each add to " +
+               quoted(theme) + ", and which do you need to hear this week?";
+    switch (form % 3) {
     case 0:
-        return "What would change this week if you took “" + theme + "” seriously?";
+        return "Read " + reference + " together. What does it say, and what does it ask of the one who hears it?";
     case 1:
-        return "Where have you seen “" + theme + "” in your own life, and where do you still find it hard?";
-    case 2:
-        return "Who do you know who needs “" + theme + "” this week, and how could you show them?";
+        return "What does " + reference + " promise, and what does it ask of you in return?";
     default:
-        return "What gets in the way of “" + theme + "” for you, and what would help?";
+        return "Read " + reference + " aloud. Which words stay with you, and what would acting on them look like?";
     }
 }
 
-std::string scriptureQuestion(const std::string& reference, const std::string& theme, std::size_t position) {
-    switch (position % 3) {
+/// A question about the words the section is about and the others are not. The words are quoted
+/// as words, so the question reads well whether they name a thing, an act or a quality.
+std::string wordsQuestion(const std::vector<std::string>& words, std::size_t form) {
+    const std::string& word = words.front();
+    if (words.size() > 1 && form % 2 == 0)
+        return form % 4 == 0 ? "This part kept coming back to " + quoted(words[0]) + " and " + quoted(words[1]) +
+                                   ". Which of the two speaks to where you are right now, and why?"
+                             : "Which word from this part stays with you — " + quoted(words[0]) + ", " +
+                                   quoted(words[1]) + " or another — and what would it change this week?";
+    switch (form % 3) {
     case 0:
-        return "Read " + reference + " together. What does it ask of you, and what will you do about it?";
+        return "What comes to mind when you hear " + quoted(word) + ", and did this part of the sermon change it?";
     case 1:
-        return "Read " + reference + " aloud. Which words stay with you, and why?";
+        return "If you took " + quoted(word) + " to heart this week, what is one thing you would do differently?";
     default:
-        return "How does " + reference + " change the way you think about “" + theme + "”?";
+        return "The word " + quoted(word) + " came up again and again here. Where does it meet you right now?";
     }
+}
+
+/// Without distinctive words or a telling sentence: the heading itself, taken into the week.
+std::string headingQuestion(const std::string& theme, std::size_t position) {
+    switch (position % 4) {
+    case 0:
+        return "What would change this week if you took " + quoted(theme) + " seriously?";
+    case 1:
+        return "Where have you seen " + quoted(theme) + " in your own life, and where do you still find it hard?";
+    case 2:
+        return "Who do you know who needs " + quoted(theme) + " this week, and how could you show them?";
+    default:
+        return "What gets in the way of " + quoted(theme) + " for you, and what would help?";
+    }
+}
+
+std::string sentenceQuestion(const std::string& sentence, std::size_t form) {
+    if (form % 2 == 0)
+        return "The sermon put it this way: " + quoted(sentence) +
+               " Where have you found that true, and where is it hard to believe?";
+    return quoted(sentence) + " What would it look like to live as if that were true this week?";
 }
 
 } // namespace
@@ -129,18 +226,33 @@ std::string scriptureQuestion(const std::string& reference, const std::string& t
 std::vector<SectionQuestion> GenerateDiscussionQuestions::fallback(const model::SermonNote& sermon) const {
     std::vector<SectionQuestion> questions;
     std::vector<SermonSection> sections = sermonSections(sermon);
+    const std::vector<std::vector<std::string>> words = distinctiveWords(sections);
+    // The forms turn with each section, starting where the sermon's title puts them, so neither
+    // three sections nor two sermons read alike.
+    std::size_t start = 0;
+    for (char c : sermon.title)
+        start += static_cast<unsigned char>(c);
     for (std::size_t i = 0; i < sections.size(); ++i) {
         const SermonSection& section = sections[i];
-        int index = static_cast<int>(i);
-        std::string theme = headingOrNumber(section, i);
+        const std::size_t form = start + i;
+        const auto ask = [&](std::string question) {
+            questions.push_back({static_cast<int>(i), section.heading, std::move(question)});
+        };
+        const std::string theme = headingOrNumber(section, i);
         // A heading that already asks something is the best question the section has.
-        questions.push_back({index, section.heading, theme.ends_with('?') ? theme : applicationQuestion(theme, i)});
+        if (theme.ends_with('?'))
+            ask(theme);
+        std::optional<std::string> sentence = tellingSentence(section);
         if (!section.scriptures.empty())
-            questions.push_back({index, section.heading, scriptureQuestion(section.scriptures.front(), theme, i)});
-        else if (std::optional<std::string> sentence = tellingSentence(section))
-            questions.push_back(
-                {index, section.heading,
-                 "The sermon put it this way: “" + *sentence + "” Is that true for you? Why or why not?"});
+            ask(passageQuestion(section, theme, form));
+        else if (sentence)
+            ask(sentenceQuestion(*std::exchange(sentence, std::nullopt), form));
+        if (!words[i].empty())
+            ask(wordsQuestion(words[i], form));
+        else if (sentence)
+            ask(sentenceQuestion(*sentence, form + 1));
+        else if (!theme.ends_with('?'))
+            ask(headingQuestion(theme, form));
     }
     return questions;
 }

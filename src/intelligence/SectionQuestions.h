@@ -53,8 +53,10 @@ public:
 
     std::string identifier() const override;
     orvane::IntelligencePolicy policy() const override;
-    /// Per section, a question taking its heading into the week ahead, and one from the scripture
-    /// cited there or, without scripture, from its most telling sentence; the wording varies.
+    /// Per section, a question about the passage cited there (what it says, what it asks of the
+    /// hearer) or, without one, about its most telling sentence; then one about the words that
+    /// section is about and no other is (or, lacking them, its heading). The forms turn from one
+    /// section to the next, starting where the sermon's title puts them.
     std::vector<SectionQuestion> fallback(const model::SermonNote& sermon) const override;
     const char* instructions() const override;
     const char* emptyMessage() const override { return "Nothing was written."; }

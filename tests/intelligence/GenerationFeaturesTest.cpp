@@ -108,21 +108,78 @@ TEST(SectionQuestions, keepOnlyQuestionsAboutOfferedSectionsAndTheirScripture) {
         }
     }
     EXPECT_THROW(ListenerQuestions().questionsFrom("0 || no question", sections), IntelligenceError);
-    // Without a model: per section a question about its heading, then one from its scripture or,
-    // lacking that, its own most telling sentence; no two open alike, so they do not read as a form.
+    // Without a model: per section one question from its scripture or, lacking that, its own most
+    // telling sentence, and one from its heading.
     std::vector<SectionQuestion> fallback = discussion.fallback(sermon);
     ASSERT_EQ(fallback.size(), 4u);
-    EXPECT_NE(fallback[0].question.find("“Resting in it”"), std::string::npos);
-    EXPECT_NE(fallback[1].question.find("“Trust is a practice, not a feeling.”"), std::string::npos);
-    EXPECT_EQ(fallback[3].section, 1);
-    EXPECT_NE(fallback[3].question.find("Romans 8:28-30"), std::string::npos);
-    std::set<std::string> openings;
-    for (const SectionQuestion& question : fallback) {
-        EXPECT_TRUE(question.question.ends_with('?')) << question.question;
-        openings.insert(question.question.substr(0, question.question.find(' ', 6)));
-    }
-    EXPECT_EQ(openings.size(), fallback.size());
+    EXPECT_NE(fallback[0].question.find("“Trust is a practice, not a feeling.”"), std::string::npos);
+    EXPECT_NE(fallback[1].question.find("“Resting in it”"), std::string::npos);
+    EXPECT_EQ(fallback[2].section, 1);
+    EXPECT_NE(fallback[2].question.find("Romans 8:28-30"), std::string::npos);
     EXPECT_TRUE(discussion.fallback(model::SermonNote{}).empty());
+}
+
+TEST(SectionQuestions, discussionFallbackAsksAboutEachSectionsOwnPassageAndWords) {
+    const auto topic = [](std::string title, std::string details, std::vector<std::string> references) {
+        model::SermonSubTopic subTopic;
+        for (const std::string& text : references) {
+            const auto reference = scripture::parse(text);
+            model::SermonScripture attached;
+            attached.bookName = reference->book.name;
+            attached.chapter = reference->chapter;
+            attached.startVerse = *reference->firstVerse();
+            attached.endVerse = *reference->lastVerse();
+            subTopic.scriptures.push_back(attached);
+        }
+        model::SermonTopic topic;
+        topic.title = std::move(title);
+        topic.details = std::move(details);
+        topic.subTopics = {subTopic};
+        return topic;
+    };
+    model::SermonNote sermon;
+    sermon.title = "Treasure";
+    // "grace" is every section's refrain, so it tells none of them apart.
+    sermon.topics = {
+        topic("Open Hands",
+              "Generosity starts with open hands. Open hands receive before they give. Generosity is learnt "
+              "slowly. Grace shapes it; grace frees it.",
+              {"2 Corinthians 9:7"}),
+        topic("The Hidden Treasure",
+              "The treasure lies hidden in a field. The merchant sells everything for the treasure. Joy drives "
+              "the merchant. Grace finds him; grace pays.",
+              {"Matthew 13:44", "Matthew 13:45-46"}),
+        topic("Storing Up",
+              "Barns full of grain cannot keep a soul. The rich fool built bigger barns for his grain. Grace "
+              "warns him; grace waits.",
+              {"Luke 12:16-21"}),
+    };
+    const std::vector<std::vector<std::string>> ownWords = {
+        {"“generosity”", "“hands”", "“open”"}, {"“treasure”", "“merchant”"}, {"“barns”", "“grain”"}};
+    const std::vector<std::string> passages = {"2 Corinthians 9:7", "Matthew 13:44", "Luke 12:16-21"};
+
+    const std::vector<SectionQuestion> questions = GenerateDiscussionQuestions().fallback(sermon);
+    ASSERT_EQ(questions.size(), 6u);
+    std::set<std::string> openings;
+    for (std::size_t i = 0; i < questions.size(); ++i) {
+        const std::string& question = questions[i].question;
+        const std::size_t section = i / 2;
+        EXPECT_EQ(questions[i].section, static_cast<int>(section));
+        EXPECT_TRUE(question.ends_with('?')) << question;
+        EXPECT_EQ(question.find("grace"), std::string::npos) << question;
+        const bool aboutItsPassage = question.find(passages[section]) != std::string::npos;
+        const bool aboutItsWords =
+            std::any_of(ownWords[section].begin(), ownWords[section].end(),
+                        [&](const std::string& word) { return question.find(word) != std::string::npos; });
+        EXPECT_TRUE(i % 2 == 0 ? aboutItsPassage : aboutItsWords) << question;
+        std::size_t third = question.find(' ', question.find(' ', question.find(' ') + 1) + 1);
+        openings.insert(question.substr(0, third));
+    }
+    EXPECT_EQ(openings.size(), questions.size());
+    // Another sermon with the same sections does not read the same.
+    model::SermonNote other = sermon;
+    other.title = "Treasure!";
+    EXPECT_NE(GenerateDiscussionQuestions().fallback(other), questions);
 }
 
 TEST(SermonTagSuggester, readsTagLinesAndFallsBackToRepeatedWords) {
