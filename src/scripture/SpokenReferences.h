@@ -25,7 +25,8 @@ struct SpokenReference {
 /// in full (or by an alias); a book that is also an everyday word ("mark", "acts", "job", "john")
 /// needs "chapter" or a verse after it, so "mark two things" is not Mark 2. Verses beyond the
 /// chapter make the words not a reference: a recogniser's slip must not attach a passage that
-/// does not exist. Never throws.
+/// does not exist. Nor is a book swapped for one that sounds alike ("john" chapter 30 for Job 30):
+/// a number misheard ("thirty" for "three") makes the same impossible reference. Never throws.
 std::vector<SpokenReference> spokenReferences(std::string_view transcript);
 
 } // namespace quillon::scripture
