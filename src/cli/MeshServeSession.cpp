@@ -112,23 +112,15 @@ bool MeshServeSession::handle(const std::string& commandLine) {
     } else if (command == "quit") {
         quit = true;
     } else if (command == "announce") {
-        // The version, when given, is the last word; everything before it is the reference.
-        std::string referenceText = rest;
-        model::BibleVersion version = model::BibleVersion::kjv;
-        if (auto space = rest.rfind(' '); space != std::string::npos) {
-            std::string last = rest.substr(space + 1);
-            for (auto& c : last)
-                c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-            if (auto parsed = model::bibleVersionFromRawValue(last)) {
-                version = *parsed;
-                referenceText = trim(rest.substr(0, space));
-            }
-        }
-        auto reference = scripture::parse(referenceText);
-        if (!reference) {
-            error("Quillon could not read \"" + referenceText + "\" as a reference.");
+        // Read as `ref` and the desk read it, so a pasted "NKJV: Matt 5:6" or "John 3:16 (ASV)"
+        // announces the same passage here; a tag for a version Quillon lacks falls back to KJV.
+        scripture::ReferenceReading reading = scripture::readReference(rest);
+        if (!reading.reference) {
+            error("Quillon could not read \"" + rest + "\" as a reference.");
             return true;
         }
+        const scripture::ScriptureReference* reference = &*reading.reference;
+        model::BibleVersion version = reading.version.value_or(model::BibleVersion::kjv);
         mesh::LiveScripture live{reference->description(), reference->book.name, std::string(model::rawValue(version)),
                                  passageText(*reference, version)};
         m_bridge.announce(live); // the screens beyond the mesh follow the bridge

@@ -80,6 +80,9 @@ TEST_F(MeshServeSessionTest, peersAskForTheOpenSermonAndSearchTheLibrary) {
         {"", "searchSermons", "", {}},
         {"", "liveScripture", "", {}},
         {"announce John 3:16", "liveScripture", "", {{"John 3:16 (KJV)", "For God so loved the world, that he gave"}}},
+        // Pasted tags read as everywhere else: ours is honoured, another falls back to KJV.
+        {"announce ASV: Ps 23:1", "liveScripture", "", {{"Psalms 23:1 (ASV)", "Jehovah is my shepherd"}}},
+        {"announce Rom. 8:28 NIV", "liveScripture", "", {{"Romans 8:28 (KJV)", "all things work together for good"}}},
         {"", "sermonOutline", "", {}, "Quillon has no tool named \"sermonOutline\"."},
     };
     int id = 0;
