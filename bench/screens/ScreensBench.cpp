@@ -160,7 +160,7 @@ void BM_AnnounceToLivePageEvent(benchmark::State& state) {
     choices.livePage = true;
     choices.livePagePort = 0;
     desk.start(choices);
-    const auto url = desk.outlets->statuses().front().state;
+    const auto url = desk.outlets->statuses().front().state.address;
     const auto port = static_cast<std::uint16_t>(std::stoi(url.substr(url.rfind(':') + 1)));
     testing::EventStreamClient page(port, "/events");
     page.nextPassage(); // the passage live when the page opened

@@ -6,6 +6,7 @@
 #include "model/BibleVersion.h"
 #include "model/DateTime.h"
 #include "screens/OutletHub.h"
+#include "screens/OutletWording.h"
 #include "scripture/ReferenceParser.h"
 
 #include <nlohmann/json.hpp>
@@ -23,6 +24,16 @@ std::string trim(const std::string& text) {
     if (first == std::string::npos)
         return {};
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+/// An outlet in the JSON lines, worded as in the text ones; `event` names the line when it is one.
+nlohmann::json outletJson(const screens::OutletStatus& outlet, const std::string& event = {}) {
+    nlohmann::json json = {{"name", outlet.name},
+                           {"state", screens::outletStateSentence(outlet.state)},
+                           {"failing", outlet.state.failing}};
+    if (!event.empty())
+        json["event"] = event;
+    return json;
 }
 
 } // namespace
@@ -68,8 +79,7 @@ void MeshServeSession::run(std::istream& in) {
               std::to_string(m_bridge.securePort()),
           listening.dump());
     for (const auto& outlet : m_outlets ? m_outlets->statuses() : std::vector<screens::OutletHub::Status>{})
-        print(outlet.name + ": " + outlet.state,
-              nlohmann::json{{"event", "outlet"}, {"name", outlet.name}, {"state", outlet.state}}.dump());
+        print(screens::outletStatusLine(outlet), outletJson(outlet, "outlet").dump());
     std::string line;
     while (std::getline(in, line))
         if (!handle(line))
@@ -184,8 +194,8 @@ bool MeshServeSession::handle(const std::string& commandLine) {
             "; sermon " + (sermon ? sermon->title : "none open");
         json["outlets"] = nlohmann::json::array();
         for (const auto& outlet : m_outlets ? m_outlets->statuses() : std::vector<screens::OutletHub::Status>{}) {
-            json["outlets"].push_back({{"name", outlet.name}, {"state", outlet.state}});
-            text += "; " + outlet.name + " " + outlet.state;
+            json["outlets"].push_back(outletJson(outlet));
+            text += "; " + screens::outletStatusLine(outlet);
         }
         print(text, json.dump());
     } else {

@@ -68,11 +68,11 @@ bool BibleSyncOutlet::start() {
     }
     if (mode != BSP_MODE_PERSONAL) {
         m_library.reset();
-        setState("off: could not join BibleSync on this network");
+        setState("off", "could not join BibleSync on this network", true);
         spdlog::error("BibleSync could not join the local network's multicast group");
         return false;
     }
-    setState("listening as \"" + m_options.user + "\"");
+    setState("listening", "as \"" + m_options.user + "\"");
     m_stopping = false;
     m_thread = std::thread([this] { run(); });
     return true;
@@ -103,14 +103,18 @@ void BibleSyncOutlet::show(const mesh::LiveScripture& scripture) {
     m_wake.notify_one();
 }
 
-std::string BibleSyncOutlet::state() const {
+OutletState BibleSyncOutlet::state() const {
     std::lock_guard lock(m_stateMutex);
     return m_state;
 }
 
-void BibleSyncOutlet::setState(std::string state) {
+void BibleSyncOutlet::setState(std::string headline, std::string detail, bool failing) {
     std::lock_guard lock(m_stateMutex);
-    m_state = std::move(state);
+    if (failing)
+        m_state.lastFailure = detail;
+    m_state.headline = std::move(headline);
+    m_state.detail = std::move(detail);
+    m_state.failing = failing;
 }
 
 void BibleSyncOutlet::run() {
@@ -147,11 +151,11 @@ void BibleSyncOutlet::transmit(const mesh::LiveScripture& passage) {
     }
     if (status != BSP_XMIT_OK) {
         m_sending.failed("could not send " + passage.reference + " (library status " + std::to_string(status) + ")");
-        setState("failing: could not send " + passage.reference);
+        setState("failing", "could not send " + passage.reference, true);
         return;
     }
     m_sending.succeeded();
-    setState("sent " + passage.reference + " as \"" + m_options.user + "\"");
+    setState("sent", passage.reference + " as \"" + m_options.user + "\"");
 }
 
 void BibleSyncOutlet::received(char command, const std::string& speakerKey, const std::string& bible,

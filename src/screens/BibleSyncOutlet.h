@@ -43,7 +43,7 @@ public:
     void show(const mesh::LiveScripture& scripture) override;
     void clear() override {} // BibleSync has no "nothing": the listeners stay where they are
     std::string name() const override { return "BibleSync"; }
-    std::string state() const override;
+    OutletState state() const override;
 
     /// Called by the library's callback on the outlet's thread.
     void received(char command, const std::string& speakerKey, const std::string& bible, const std::string& reference,
@@ -61,7 +61,7 @@ private:
     void transmit(const mesh::LiveScripture& passage);
     void speakerHeard(const std::string& key, const std::string& user, const std::string& address);
     void navigated(const std::string& key, const std::string& reference, const std::string& alternative);
-    void setState(std::string state);
+    void setState(std::string headline, std::string detail = {}, bool failing = false);
 
     BibleSyncOptions m_options;
     Navigation m_onNavigation;
@@ -81,7 +81,7 @@ private:
     std::set<std::string> m_ignoredSpeakers;
 
     mutable std::mutex m_stateMutex;
-    std::string m_state = "off";
+    OutletState m_state{"off", {}, false, {}, {}};
 };
 
 } // namespace quillon::screens

@@ -202,12 +202,12 @@ std::string LivePageServer::url() const {
     return result;
 }
 
-std::string LivePageServer::state() const {
+OutletState LivePageServer::state() const {
     if (!m_failure.empty())
-        return m_failure;
+        return {"off", m_failure, true, m_options.address + ":" + std::to_string(m_options.port), m_failure};
     if (!m_started)
-        return "off";
-    return "serving " + url() + " (" + std::to_string(connectionCount()) + " open)";
+        return {"off", {}, false, {}, {}};
+    return {"serving", url() + " (" + std::to_string(connectionCount()) + " open)", false, url(), {}};
 }
 
 } // namespace quillon::screens

@@ -42,7 +42,7 @@ public:
     void show(const mesh::LiveScripture& scripture) override;
     void clear() override;
     std::string name() const override { return "live page"; }
-    std::string state() const override;
+    OutletState state() const override;
 
     std::uint16_t port() const { return m_port; }
     /// The lower third's address, token included ("http://127.0.0.1:7316/").

@@ -24,7 +24,7 @@ json parsed(const std::string& body) {
 
 OpenLpOutlet::OpenLpOutlet(OpenLpOptions options)
     : m_options(std::move(options)), m_outage("OpenLP at " + m_options.address()),
-      m_state("waiting for a passage to send to " + m_options.address()) {}
+      m_state{"waiting", "for a passage to send to " + m_options.address(), false, m_options.address(), {}} {}
 
 OpenLpOutlet::~OpenLpOutlet() {
     stop();
@@ -53,14 +53,18 @@ void OpenLpOutlet::clear() {
     asio::post(m_io, [this] { take(std::nullopt); });
 }
 
-std::string OpenLpOutlet::state() const {
+OutletState OpenLpOutlet::state() const {
     std::lock_guard lock(m_stateMutex);
     return m_state;
 }
 
-void OpenLpOutlet::setState(std::string state) {
+void OpenLpOutlet::setState(std::string headline, std::string detail, bool failing) {
     std::lock_guard lock(m_stateMutex);
-    m_state = std::move(state);
+    if (failing)
+        m_state.lastFailure = detail;
+    m_state.headline = std::move(headline);
+    m_state.detail = std::move(detail);
+    m_state.failing = failing;
 }
 
 void OpenLpOutlet::take(std::optional<mesh::LiveScripture> passage) {
@@ -81,13 +85,13 @@ void OpenLpOutlet::runNext() {
         hideText();
 }
 
-void OpenLpOutlet::finish(const std::string& failure, const std::string& success) {
+void OpenLpOutlet::finish(const std::string& failure, std::string headline, std::string detail) {
     if (failure.empty()) {
         m_outage.succeeded();
-        setState(success);
+        setState(std::move(headline), std::move(detail));
     } else {
         m_outage.failed(failure);
-        setState("failing: " + failure);
+        setState("failing", failure, true);
     }
     m_busy = false;
     runNext();
@@ -98,7 +102,7 @@ void OpenLpOutlet::finish(const std::string& failure, const std::string& success
 void OpenLpOutlet::showPassage(const mesh::LiveScripture& passage) {
     call("GET", optionsTarget, {}, [this, passage](const HttpCallResult& result) {
         if (auto failure = problem(result, "its list of Bibles"); !failure.empty())
-            return finish(failure, {});
+            return finish(failure);
         chooseBible(passage, result);
     });
 }
@@ -117,9 +121,9 @@ void OpenLpOutlet::chooseBible(const mesh::LiveScripture& passage, const HttpCal
                     selected = chosen->get<std::string>();
             }
     if (!answer.is_array())
-        return finish("its list of Bibles is not the JSON its API describes", {});
+        return finish("its list of Bibles is not the JSON its API describes");
     if (bibles.empty())
-        return finish("it has no Bible to show " + passage.reference + " from", {});
+        return finish("it has no Bible to show " + passage.reference + " from");
     const auto closest = closestOpenLpBible(passage.version, bibles);
     const std::string bible = closest.value_or(selected.empty() ? bibles.front() : selected);
     if (bible == selected)
@@ -127,7 +131,7 @@ void OpenLpOutlet::chooseBible(const mesh::LiveScripture& passage, const HttpCal
     const json change = {{"option", "primary bible"}, {"value", bible}};
     call("POST", optionsTarget, change.dump(), [this, passage, bible](const HttpCallResult& result) {
         if (auto failure = problem(result, "the choice of " + bible); !failure.empty())
-            return finish(failure, {});
+            return finish(failure);
         findAndSendLive(passage, bible);
     });
 }
@@ -136,12 +140,12 @@ void OpenLpOutlet::findAndSendLive(const mesh::LiveScripture& passage, const std
     const std::string target = "/api/v2/plugins/bibles/search?text=" + percentEncode(passage.reference);
     call("GET", target, {}, [this, passage, bible](const HttpCallResult& result) {
         if (auto failure = problem(result, "the search for " + passage.reference); !failure.empty())
-            return finish(failure, {});
+            return finish(failure);
         const json found = parsed(result.body);
         if (!found.is_array())
-            return finish("its search for " + passage.reference + " is not the JSON its API describes", {});
+            return finish("its search for " + passage.reference + " is not the JSON its API describes");
         if (found.empty())
-            return finish("its " + bible + " has no " + passage.reference, {});
+            return finish("its " + bible + " has no " + passage.reference);
         // OpenLP answers [[id, text], …]; the id is the reference as OpenLP reads it.
         std::string id = passage.reference;
         if (found.front().is_array() && !found.front().empty() && found.front().front().is_string())
@@ -151,20 +155,20 @@ void OpenLpOutlet::findAndSendLive(const mesh::LiveScripture& passage, const std
 }
 
 void OpenLpOutlet::sendLive(const mesh::LiveScripture& passage, const std::string& bible, const std::string& id) {
-    const std::string success = "showing " + passage.reference + " from " + bible;
+    const std::string shown = passage.reference + " from " + bible;
     call("POST", "/api/v2/plugins/bibles/live", json{{"id", id}}.dump(),
-         [this, success, passage](const HttpCallResult& result) {
+         [this, shown, passage](const HttpCallResult& result) {
              if (auto failure = problem(result, "going live with " + passage.reference); !failure.empty())
-                 return finish(failure, {});
+                 return finish(failure);
              if (!m_textHidden)
-                 return finish({}, success);
+                 return finish({}, "showing", shown);
              // A passage after a clear must bring the text back, or it would go live unseen.
              call("POST", "/api/v2/core/display", R"({"display":"show"})",
-                  [this, success](const HttpCallResult& shown) {
-                      auto failure = problem(shown, "showing the display again");
+                  [this, shown](const HttpCallResult& display) {
+                      auto failure = problem(display, "showing the display again");
                       if (failure.empty())
                           m_textHidden = false;
-                      finish(failure, success);
+                      finish(failure, "showing", shown);
                   });
          });
 }
@@ -196,7 +200,7 @@ void OpenLpOutlet::call(const std::string& method, const std::string& target, co
                       m_token.reset();
                       logIn([this, method, target, body, reply](const std::string& failure) {
                           if (!failure.empty())
-                              return finish(failure, {});
+                              return finish(failure);
                           call(method, target, body, reply, false);
                       });
                   });

@@ -38,7 +38,7 @@ public:
     void show(const mesh::LiveScripture& scripture) override;
     void clear() override;
     std::string name() const override { return "OpenLP"; }
-    std::string state() const override;
+    OutletState state() const override;
 
 private:
     using Reply = std::function<void(HttpCallResult)>;
@@ -58,8 +58,8 @@ private:
     void logIn(Done done);
     /// The sentence for a reply that is not a success; empty for a success.
     std::string problem(const HttpCallResult& result, const std::string& what) const;
-    void finish(const std::string& failure, const std::string& success);
-    void setState(std::string state);
+    void finish(const std::string& failure, std::string headline = {}, std::string detail = {});
+    void setState(std::string headline, std::string detail, bool failing = false);
 
     OpenLpOptions m_options;
     boost::asio::io_context m_io;
@@ -76,7 +76,7 @@ private:
     bool m_textHidden = false;
 
     mutable std::mutex m_stateMutex;
-    std::string m_state;
+    OutletState m_state;
 };
 
 } // namespace quillon::screens

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "screens/OutletState.h"
 #include "screens/ScreenOutlet.h"
 
 #include <memory>
@@ -11,10 +12,7 @@ namespace quillon::screens {
 /// Every outlet the preacher switched on, told together of each announcement and clear.
 class OutletHub {
 public:
-    struct Status {
-        std::string name;
-        std::string state;
-    };
+    using Status = OutletStatus;
 
     void add(std::shared_ptr<ScreenOutlet> outlet);
     void show(const mesh::LiveScripture& scripture);

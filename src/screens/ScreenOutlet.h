@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mesh/ScriptureBridge.h"
+#include "screens/OutletState.h"
 
 #include <string>
 
@@ -17,8 +18,8 @@ public:
     virtual void clear() = 0;
     /// The outlet's name in status lines ("live page").
     virtual std::string name() const = 0;
-    /// A short state for the status line ("serving http://127.0.0.1:7316/", "off").
-    virtual std::string state() const = 0;
+    /// What the outlet is doing ("serving http://127.0.0.1:7316/", "off"); safe from any thread.
+    virtual OutletState state() const = 0;
 };
 
 } // namespace quillon::screens

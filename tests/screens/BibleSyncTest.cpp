@@ -5,6 +5,7 @@
 #include "platform/SecretStore.h"
 #include "screens/BibleSyncOutlet.h"
 #include "screens/OsisReference.h"
+#include "screens/OutletWording.h"
 #include "support/LogCapture.h"
 #include "support/TemporaryFolder.h"
 
@@ -207,7 +208,7 @@ TEST(BibleSyncOutlet, AnnouncesToListenersAndFollowsOnlyTrustedSpeakers) {
     LogCapture log;
     Desk desk;
     auto outlet = desk.outlet({"Study Desk"});
-    ASSERT_TRUE(outlet.start()) << outlet.state();
+    ASSERT_TRUE(outlet.start()) << outletStateSentence(outlet.state());
     BibleProgram trusted("Study Desk");
     BibleProgram stranger("Stranger");
     ASSERT_TRUE(trusted.joined() && stranger.joined());
@@ -223,7 +224,8 @@ TEST(BibleSyncOutlet, AnnouncesToListenersAndFollowsOnlyTrustedSpeakers) {
     EXPECT_EQ(g_heard[0].bible, "KJV");
     EXPECT_EQ(g_heard[0].reference, "John.3.16-John.3.18");
     EXPECT_EQ(g_heard[0].alternative, "John 3:16-18");
-    EXPECT_TRUE(outlet.state().find("sent John 3:16-18") != std::string::npos) << outlet.state();
+    EXPECT_TRUE(outletStateSentence(outlet.state()).find("sent John 3:16-18") != std::string::npos)
+        << outletStateSentence(outlet.state());
 
     for (int i = 0; i < 3; ++i)
         stranger.turnTo("Gen.1.1");
@@ -243,7 +245,7 @@ TEST(BibleSyncOutlet, MalformedAndOversizedPacketsAreDroppedAndTheDeskKeepsFollo
     LogCapture log;
     Desk desk;
     auto outlet = desk.outlet({"Study Desk"});
-    ASSERT_TRUE(outlet.start()) << outlet.state();
+    ASSERT_TRUE(outlet.start()) << outletStateSentence(outlet.state());
     BibleProgram trusted("Study Desk");
     ASSERT_TRUE(pollUntil({&trusted}, [&] { return log.contains("following speaker \"Study Desk\""); }));
 

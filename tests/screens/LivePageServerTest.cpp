@@ -2,6 +2,7 @@
 #include "LoopbackHttp.h"
 #include "platform/Preferences.h"
 #include "screens/OutletHub.h"
+#include "screens/OutletWording.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -194,7 +195,7 @@ TEST(LivePageServerTest, AnAddressItCannotListenOnIsReportedNotThrown) {
         options.address = address;
         LivePageServer server(options);
         EXPECT_FALSE(server.start());
-        EXPECT_NE(server.state().find("could not listen"), std::string::npos);
+        EXPECT_NE(outletStateSentence(server.state()).find("could not listen"), std::string::npos);
         server.show(john); // still accepted, nowhere to send it
     }
 }
@@ -214,7 +215,7 @@ TEST(LivePageServerTest, HubTellsEveryOutletAndKeepsGoingPastOneThatThrows) {
             seen.push_back("clear");
         }
         std::string name() const override { return "recorder"; }
-        std::string state() const override { return throws ? "broken" : "fine"; }
+        OutletState state() const override { return {throws ? "broken" : "fine", {}, throws, {}, {}}; }
     };
     auto broken = std::make_shared<Recorder>();
     broken->throws = true;
@@ -227,7 +228,7 @@ TEST(LivePageServerTest, HubTellsEveryOutletAndKeepsGoingPastOneThatThrows) {
     EXPECT_EQ(working->seen, (std::vector<std::string>{"John 3:16", "clear"}));
     auto statuses = hub.statuses();
     ASSERT_EQ(statuses.size(), 2u);
-    EXPECT_EQ(statuses[0].state, "broken");
+    EXPECT_EQ(statuses[0].state.headline, "broken");
 }
 
 TEST(LivePageOptionsTest, LoopbackNeedsNoTokenAndALanAddressGetsAKeptOne) {

@@ -2,6 +2,7 @@
 #include "StubOpenLp.h"
 #include "screens/OpenLpBibleChoice.h"
 #include "screens/OpenLpOptions.h"
+#include "screens/OutletWording.h"
 #include "support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -117,8 +118,9 @@ TEST(OpenLpOutlet, SelectsTheClosestBibleFindsThePassageAndSendsItLive) {
     EXPECT_EQ(requests[1].method, "POST");
     EXPECT_EQ(requests[2].target, "/api/v2/plugins/bibles/search?text=John%203%3A16");
     EXPECT_EQ(requests[3].target, "/api/v2/plugins/bibles/live");
-    EXPECT_TRUE(eventually([&] { return outlet.state() == "showing John 3:16 from King James Version"; }))
-        << outlet.state();
+    EXPECT_TRUE(eventually([&] {
+        return outletStateSentence(outlet.state()) == "showing John 3:16 from King James Version";
+    })) << outletStateSentence(outlet.state());
 
     // The Bible already selected is not chosen again.
     outlet.show(psalm);
@@ -151,13 +153,13 @@ TEST(OpenLpOutlet, LogsInOnA401AndAgainWhenTheTokenChanges) {
     OpenLpOutlet outlet(options);
     outlet.start();
     outlet.show(john);
-    ASSERT_TRUE(eventually([&] { return stub.lives().size() == 1; })) << outlet.state();
+    ASSERT_TRUE(eventually([&] { return stub.lives().size() == 1; })) << outletStateSentence(outlet.state());
     EXPECT_EQ(stub.logins(), 1);
     EXPECT_EQ(stub.requests().back().authorization, "token-1");
 
     stub.changeToken(); // OpenLP restarted
     outlet.show(psalm);
-    ASSERT_TRUE(eventually([&] { return stub.lives().size() == 2; })) << outlet.state();
+    ASSERT_TRUE(eventually([&] { return stub.lives().size() == 2; })) << outletStateSentence(outlet.state());
     EXPECT_EQ(stub.logins(), 2);
     EXPECT_EQ(stub.requests().back().authorization, "token-2");
 }
@@ -185,8 +187,9 @@ TEST(OpenLpOutlet, ARefusedLoginOrNoUserIsAFailureSaidOnce) {
         for (int i = 0; i < 3; ++i) {
             outlet.show(john);
             const auto before = stub.requests().size();
-            ASSERT_TRUE(eventually([&] { return outlet.state().find(c.state) != std::string::npos; }))
-                << outlet.state();
+            ASSERT_TRUE(eventually([&] {
+                return outletStateSentence(outlet.state()).find(c.state) != std::string::npos;
+            })) << outletStateSentence(outlet.state());
             eventually([&] { return stub.requests().size() > before; });
         }
         EXPECT_TRUE(stub.lives().empty());
@@ -216,13 +219,20 @@ TEST(OpenLpOutlet, EachFaultIsAStateLoggedOncePerOutageAndTheNextPassageRecovers
             const auto before = stub.requests().size();
             outlet.show(john);
             ASSERT_TRUE(eventually([&] {
-                return stub.requests().size() > before && outlet.state().find(c.state) != std::string::npos;
-            })) << outlet.state();
+                return stub.requests().size() > before &&
+                       outletStateSentence(outlet.state()).find(c.state) != std::string::npos;
+            })) << outletStateSentence(outlet.state());
         }
         EXPECT_EQ(linesWith(log, "warning: OpenLP at"), 1);
         outlet.show(psalm);
-        ASSERT_TRUE(eventually([&] { return stub.lives().size() == 1; })) << outlet.state();
+        ASSERT_TRUE(eventually([&] { return stub.lives().size() == 1; })) << outletStateSentence(outlet.state());
         EXPECT_TRUE(eventually([&] { return log.contains("answers again"); }));
+        // Recovered, the outlet still tells a closer look where it sends and what last went wrong.
+        ASSERT_TRUE(eventually([&] { return outlet.state().headline == "showing"; }));
+        const auto details = outletDetails({outlet.name(), outlet.state()});
+        ASSERT_EQ(details.size(), 2u);
+        EXPECT_EQ(details[0], "at " + stub.address());
+        EXPECT_NE(details[1].find(c.state), std::string::npos) << details[1];
     }
 }
 
@@ -238,16 +248,18 @@ TEST(OpenLpOutlet, ServerDownOrPassageMissingIsReportedWithoutGoingLive) {
     OpenLpOutlet down(options);
     down.start();
     down.show(john);
-    EXPECT_TRUE(eventually([&] { return down.state().find("failing: no answer") != std::string::npos; }))
-        << down.state();
+    EXPECT_TRUE(eventually([&] {
+        return outletStateSentence(down.state()).find("failing: no answer") != std::string::npos;
+    })) << outletStateSentence(down.state());
 
     StubOpenLp stub;
     stub.setMissing("John 3:16");
     OpenLpOutlet outlet(optionsFor(stub));
     outlet.start();
     outlet.show(john);
-    EXPECT_TRUE(eventually([&] { return outlet.state() == "failing: its King James Version has no John 3:16"; }))
-        << outlet.state();
+    EXPECT_TRUE(eventually([&] {
+        return outletStateSentence(outlet.state()) == "failing: its King James Version has no John 3:16";
+    })) << outletStateSentence(outlet.state());
     EXPECT_TRUE(stub.lives().empty());
 }
 

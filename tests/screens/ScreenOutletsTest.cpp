@@ -5,6 +5,7 @@
 #include "platform/Preferences.h"
 #include "platform/SecretStore.h"
 #include "screens/OpenLpOptions.h"
+#include "screens/OutletWording.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -50,7 +51,7 @@ TEST(ScreenOutlets, EveryAnnounceAndClearOnTheBridgeReachesTheOutletsThePreferen
     EXPECT_EQ(statuses[1].name, "OpenLP");
 
     bridge.announce({"John 3:16", "John", "KJV", "For God so loved the world"});
-    ASSERT_TRUE(eventually([&] { return openLp.lives().size() == 1; })) << hub->statuses()[1].state;
+    ASSERT_TRUE(eventually([&] { return openLp.lives().size() == 1; })) << outletStatusLine(hub->statuses()[1]);
     EXPECT_EQ(openLp.lives()[0], "King James Version|John 3:16");
     bridge.clear();
     EXPECT_TRUE(eventually([&] { return openLp.displays() == std::vector<std::string>{"theme"}; }));
@@ -59,6 +60,38 @@ TEST(ScreenOutlets, EveryAnnounceAndClearOnTheBridgeReachesTheOutletsThePreferen
     hub.reset();
     bridge.announce({"Psalms 23:1", "Psalms", "KJV", "The Lord is my shepherd"});
     EXPECT_EQ(bridge.liveReference()->reference, "Psalms 23:1");
+}
+
+TEST(OutletWording, StatusLineHeadlineAndDetailsSayTheSameState) {
+    struct Case {
+        OutletStatus status;
+        std::string line;
+        std::string headline;
+        std::vector<std::string> details;
+    };
+    const std::string page = "http://127.0.0.1:7316/";
+    const std::vector<Case> cases = {
+        {{"live page", {"serving", page + " (1 open)", false, page, {}}},
+         "live page: serving http://127.0.0.1:7316/ (1 open)",
+         "live page: serving",
+         {}},
+        // While failing, the reason is in the line and not repeated as the last failure.
+        {{"OpenLP", {"failing", "no answer to its list of Bibles", true, "127.0.0.1:4316", "no answer"}},
+         "OpenLP: failing: no answer to its list of Bibles",
+         "OpenLP: failing",
+         {"at 127.0.0.1:4316"}},
+        {{"OpenLP", {"showing", "John 3:16 from King James Version", false, "127.0.0.1:4316", "HTTP 500"}},
+         "OpenLP: showing John 3:16 from King James Version",
+         "OpenLP: showing",
+         {"at 127.0.0.1:4316", "last failure: HTTP 500"}},
+        {{"BibleSync", {"off", {}, false, {}, {}}}, "BibleSync: off", "BibleSync: off", {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.line);
+        EXPECT_EQ(outletStatusLine(c.status), c.line);
+        EXPECT_EQ(outletHeadline(c.status), c.headline);
+        EXPECT_EQ(outletDetails(c.status), c.details);
+    }
 }
 
 TEST(ScreenOutlets, NothingSwitchedOnMeansNoOutlets) {
