@@ -1,6 +1,8 @@
 // From the bridge's announce to each screen beyond the mesh: OpenLP's first request arriving at
 // a listener where OpenLP would be, BibleSync's navigation packet arriving at a program on the
-// same (private) network, and the live page's event reaching a connected page.
+// same (private) network, the live page's event reaching a connected page, and that page in
+// headless Chromium showing the passage.
+#include "HeadlessBrowser.h"
 #include "LoopbackHttp.h"
 #include "PrivateNetwork.h"
 #include "mesh/ScriptureBridge.h"
@@ -178,6 +180,51 @@ void BM_AnnounceToLivePageEvent(benchmark::State& state) {
     report(state, microseconds);
 }
 BENCHMARK(BM_AnnounceToLivePageEvent)->UseManualTime()->Iterations(300)->Unit(benchmark::kMicrosecond);
+
+// From announce until Chromium, whose page was told beforehand to watch for the passage, answers
+// that the page shows it. The answer's way back over the DevTools socket is counted too, so the
+// figure is an upper bound of announce to the update reaching the browser.
+void BM_AnnounceToBrowserShowing(benchmark::State& state) {
+    if (testing::HeadlessBrowser::executable().empty())
+        return state.SkipWithError("Chromium is not installed");
+    Desk desk;
+    screens::ScreenOutletChoices choices;
+    choices.livePage = true;
+    choices.livePagePort = 0;
+    desk.start(choices);
+    testing::HeadlessBrowser browser(desk.folder / "profile");
+    if (!browser.open(desk.outlets->statuses().front().state.address))
+        return state.SkipWithError("Chromium did not open the live page");
+    // `source` is the page's EventSource; 1 is OPEN.
+    const auto connected = browser.evaluate(
+        "new Promise(open => { const check = () => source.readyState === 1 ? open(true) : setTimeout(check, 10);"
+        " check(); })");
+    if (!connected)
+        return state.SkipWithError("the page opened no event stream");
+    std::vector<double> microseconds;
+    int verse = 0;
+    for (auto _ : state) {
+        const auto next = passage(++verse % 176 + 1);
+        browser.evaluate("window.seen = new Promise(seen => {"
+                         " const reference = document.getElementById('reference');"
+                         " const observer = new MutationObserver(() => {"
+                         "  if (reference.textContent === '" +
+                         next.reference +
+                         "') { observer.disconnect(); seen(true); } });"
+                         " observer.observe(reference, {subtree: true, childList: true, characterData: true});"
+                         " setTimeout(() => seen(false), 5000); }), true");
+        const auto started = Clock::now();
+        desk.bridge->announce(next);
+        const auto seen = browser.evaluate("window.seen");
+        if (!seen || *seen != true)
+            return state.SkipWithError("the browser did not show the passage");
+        const std::chrono::duration<double> elapsed = Clock::now() - started;
+        state.SetIterationTime(elapsed.count());
+        microseconds.push_back(elapsed.count() * 1e6);
+    }
+    report(state, microseconds);
+}
+BENCHMARK(BM_AnnounceToBrowserShowing)->UseManualTime()->Iterations(50)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
