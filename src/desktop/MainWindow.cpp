@@ -8,6 +8,7 @@
 #include "desktop/editor/SpellChecker.h"
 #include "desktop/mesh/MeshIndicator.h"
 #include "desktop/mesh/MeshLink.h"
+#include "desktop/mesh/OutletIndicator.h"
 #include "desktop/outline/OutlineModel.h"
 #include "desktop/scripture/ScripturePanel.h"
 #include "desktop/sermon/DetailArea.h"
@@ -90,6 +91,7 @@ MainWindow::MainWindow(DeskServices& services, QWidget* parent)
     m_meshStatus = new MeshIndicator(*m_mesh, this);
     statusBar()->addPermanentWidget(m_saveStatus);
     statusBar()->addPermanentWidget(m_meshStatus);
+    statusBar()->addPermanentWidget(new OutletIndicator(*m_mesh, this));
 
     buildDocks();
     m_commands = new DeskCommands(*this, services, *m_sidebar, *m_exports);

@@ -25,6 +25,7 @@ std::unique_ptr<QObject> makeHelpDiagnosticsTest();
 std::unique_ptr<QObject> makeNotificationTest();
 std::unique_ptr<QObject> makeCommandsTest();
 std::unique_ptr<QObject> makeKillTest();
+std::unique_ptr<QObject> makeOutletIndicatorTest();
 int runTypist(const std::filesystem::path& root, const std::filesystem::path& preferences);
 
 int main(int argc, char** argv) {
@@ -34,6 +35,7 @@ int main(int argc, char** argv) {
         {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
         {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest}, {"help", makeHelpDiagnosticsTest},
         {"notify", makeNotificationTest},      {"commands", makeCommandsTest},     {"kill", makeKillTest},
+        {"outlets", makeOutletIndicatorTest},
     };
     const bool typist = argc == 4 && std::string(argv[1]) == "typist";
     if (argc < 2 || (!suites.contains(argv[1]) && !typist)) {

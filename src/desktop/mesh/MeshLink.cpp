@@ -7,6 +7,7 @@
 #include "mesh/SuiteMeshPairingStore.h"
 #include "platform/Preferences.h"
 #include "platform/SecretStore.h"
+#include "screens/OutletWording.h"
 #include "screens/ScreenOutlets.h"
 
 #include <QCoreApplication>
@@ -148,6 +149,20 @@ QString MeshLink::statusText() const {
         return m_starting ? tr("Screens: starting…") : tr("Screens: off");
     auto mark = [](bool on) { return on ? QStringLiteral("●") : QStringLiteral("○"); };
     return tr("Brenmoor %1  Calvane %2").arg(mark(isBrenmoorConnected()), mark(isCalvaneConnected()));
+}
+
+QList<MeshOutletStatus> MeshLink::outletStatuses() const {
+    QList<MeshOutletStatus> result;
+    if (!m_parts || !m_parts->outlets)
+        return result;
+    for (const auto& status : m_parts->outlets->statuses()) {
+        QStringList details{QString::fromStdString(screens::outletStatusLine(status))};
+        for (const auto& line : screens::outletDetails(status))
+            details << QString::fromStdString(line);
+        result.push_back({QString::fromStdString(status.name), QString::fromStdString(screens::outletHeadline(status)),
+                          details.join(u'\n'), status.state.failing});
+    }
+    return result;
 }
 
 } // namespace quillon::desktop

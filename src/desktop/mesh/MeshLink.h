@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QFutureWatcher>
+#include <QList>
 #include <QObject>
 #include <QString>
 
@@ -19,6 +20,18 @@ struct MeshPairingCode {
     /// Six digits.
     QString code;
     QDateTime expiresAt;
+};
+
+/// One screen outlet (the live page, OpenLP, BibleSync) as the status bar shows it, in the words
+/// `quillon mesh serve` prints.
+struct MeshOutletStatus {
+    /// "live page", "OpenLP", "BibleSync".
+    QString name;
+    /// "live page: serving".
+    QString headline;
+    /// The status line and what a closer look adds, one per line.
+    QString details;
+    bool failing = false;
 };
 
 /// The scripture mesh inside the desk: the bridge to Brenmoor and Calvane runs on its own network
@@ -46,6 +59,9 @@ public:
     QString liveReference() const;
     /// One line for the status bar: which peers are connected.
     QString statusText() const;
+    /// Each outlet the preferences switched on, in the order they started; empty before start().
+    /// Reads only the outlets' kept state, so it never waits on the network.
+    QList<MeshOutletStatus> outletStatuses() const;
 
 signals:
     /// A peer connected, left, verified or linked; read the state again.
