@@ -7,7 +7,9 @@
 #include <spdlog/spdlog.h>
 
 #include <chrono>
+#include <condition_variable>
 #include <ctime>
+#include <thread>
 
 namespace quillon::platform {
 namespace fs = std::filesystem;
@@ -23,7 +25,75 @@ std::string timestampForFileName() {
     return text;
 }
 
+void writeQuietly(const fs::path& file, const std::string& text) {
+    try {
+        createFolderQuietly(file.parent_path());
+        writeFileAtomically(file, text);
+    } catch (const std::exception& failure) {
+        spdlog::error("Failed to save preferences: {}", failure.what());
+    }
+}
+
 } // namespace
+
+/// One thread that writes the newest text it was handed; older texts still waiting are dropped.
+class Preferences::Writer {
+public:
+    explicit Writer(fs::path file) : m_file(std::move(file)), m_thread([this] { run(); }) {}
+
+    ~Writer() {
+        {
+            std::lock_guard lock(m_mutex);
+            m_stopping = true;
+        }
+        m_changed.notify_one();
+        m_thread.join();
+    }
+
+    void post(std::string text) {
+        {
+            std::lock_guard lock(m_mutex);
+            m_pending = std::move(text);
+        }
+        m_changed.notify_one();
+    }
+
+    void flush() {
+        std::unique_lock lock(m_mutex);
+        m_written.wait(lock, [this] { return !m_pending && !m_busy; });
+    }
+
+private:
+    void run() {
+        std::unique_lock lock(m_mutex);
+        for (;;) {
+            m_changed.wait(lock, [this] { return m_pending || m_stopping; });
+            if (!m_pending)
+                return;
+            std::string text = std::move(*m_pending);
+            m_pending.reset();
+            m_busy = true;
+            lock.unlock();
+            writeQuietly(m_file, text);
+            lock.lock();
+            m_busy = false;
+            m_written.notify_all();
+        }
+    }
+
+    const fs::path m_file;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::condition_variable m_written;
+    std::optional<std::string> m_pending;
+    bool m_busy = false;
+    bool m_stopping = false;
+    std::thread m_thread;
+};
+
+Preferences::Preferences() = default;
+
+Preferences::~Preferences() = default;
 
 Preferences::Preferences(fs::path file) : m_file(std::move(file)) {
     workFileName::removeAbandoned(m_file.parent_path());
@@ -36,8 +106,25 @@ Preferences Preferences::inMemory() {
 }
 
 void Preferences::reload() {
+    flush();
     std::lock_guard lock(m_mutex);
     readFileLocked();
+}
+
+void Preferences::writeInBackground() {
+    std::lock_guard lock(m_mutex);
+    if (!m_writer && !m_file.empty())
+        m_writer = std::make_unique<Writer>(m_file);
+}
+
+void Preferences::flush() {
+    Writer* writer = nullptr;
+    {
+        std::lock_guard lock(m_mutex);
+        writer = m_writer.get();
+    }
+    if (writer)
+        writer->flush();
 }
 
 void Preferences::readFileLocked() {
@@ -64,12 +151,10 @@ void Preferences::readFileLocked() {
 void Preferences::saveLocked() {
     if (m_file.empty())
         return;
-    try {
-        createFolderQuietly(m_file.parent_path());
-        writeFileAtomically(m_file, m_values.dump(2) + "\n");
-    } catch (const std::exception& failure) {
-        spdlog::error("Failed to save preferences: {}", failure.what());
-    }
+    if (m_writer)
+        m_writer->post(m_values.dump(2) + "\n");
+    else
+        writeQuietly(m_file, m_values.dump(2) + "\n");
 }
 
 std::optional<nlohmann::json> Preferences::value(const std::string& key) const {
@@ -116,6 +201,9 @@ std::vector<std::string> Preferences::stringList(const std::string& key) const {
 
 void Preferences::set(const std::string& key, nlohmann::json value) {
     std::lock_guard lock(m_mutex);
+    // Every write replaces the whole file: an unchanged value is not worth one.
+    if (auto found = m_values.find(key); found != m_values.end() && *found == value)
+        return;
     m_values[key] = std::move(value);
     saveLocked();
 }

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -19,6 +20,8 @@ class Preferences {
 public:
     /// Reads `file` (missing means empty). The file is created on the first change.
     explicit Preferences(std::filesystem::path file);
+    /// Waits for a write still in flight.
+    ~Preferences();
 
     /// Preferences backed by no file at all, for tests and one-off runs.
     static Preferences inMemory();
@@ -41,14 +44,24 @@ public:
     /// Re-reads the file, for changes made by another process.
     void reload();
 
+    /// From now on a change returns at once and a thread of its own writes the file (still
+    /// atomically, newest values last), so a window that stores its selection on every click never
+    /// waits for the disk. Only the newest of several quick changes is written.
+    void writeInBackground();
+    /// Waits until the file holds every change made so far.
+    void flush();
+
 private:
-    Preferences() = default;
+    class Writer;
+
+    Preferences();
     void readFileLocked();
     void saveLocked();
 
     std::filesystem::path m_file;
     mutable std::mutex m_mutex;
     nlohmann::json m_values = nlohmann::json::object();
+    std::unique_ptr<Writer> m_writer;
 };
 
 } // namespace quillon::platform

@@ -44,6 +44,25 @@ TEST(Preferences, changesPersistAcrossInstances) {
     EXPECT_EQ(again.string("Quillon.selectedSermonId", "none"), "none");
 }
 
+TEST(Preferences, backgroundWritesEndWithTheNewestValues) {
+    TemporaryFolder folder;
+    auto file = folder / "config" / "preferences.json";
+    {
+        Preferences preferences(file);
+        preferences.writeInBackground();
+        for (int width = 1; width <= 50; ++width)
+            preferences.set("Quillon.topicColumnWidth", width);
+        preferences.flush();
+        EXPECT_EQ(Preferences(file).positiveNumber("Quillon.topicColumnWidth", 0), 50);
+        // What is still waiting when the preferences go is written before they are gone.
+        preferences.set("Quillon.selectedSermonId", "B");
+        preferences.remove("Quillon.topicColumnWidth");
+    }
+    Preferences again(file);
+    EXPECT_EQ(again.string("Quillon.selectedSermonId"), "B");
+    EXPECT_FALSE(again.contains("Quillon.topicColumnWidth"));
+}
+
 TEST(Preferences, corruptFileIsMovedAsideAndDefaultsUsed) {
     TemporaryFolder folder;
     for (const char* garbage : {"{not json", "[1, 2, 3]", "\xff\xfe\x00"}) {
