@@ -32,6 +32,7 @@
 #include <QScreen>
 #include <QStackedWidget>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 #include <QtConcurrent>
 
@@ -59,7 +60,7 @@ QDockWidget* makeDock(const QString& title, const QString& name, QWidget* conten
 } // namespace
 
 MainWindow::MainWindow(DeskServices& services, QWidget* parent)
-    : QMainWindow(parent), m_services(services), m_spelling(std::make_unique<SpellChecker>()),
+    : QMainWindow(parent), m_services(services), m_spelling(SpellChecker::withoutDictionary()),
       m_stateStore(services.preferences()),
       m_sermonModel(services.manager(), [&services] { return services.storage().mediaFolder(); }) {
     registerDeskResources();
@@ -108,7 +109,8 @@ MainWindow::MainWindow(DeskServices& services, QWidget* parent)
     }
     onLibraryChanged();
     onInterfaceChanged();
-    loadSpellingVocabulary();
+    // Reading the dictionary takes longer than showing the window: spelling is marked once it is in.
+    QTimer::singleShot(0, this, &MainWindow::loadSpellingVocabulary);
 }
 
 MainWindow::~MainWindow() {
@@ -171,8 +173,8 @@ void MainWindow::onSelectionChanged() {
     m_menus->update();
 }
 
-void MainWindow::onSermonChanged() {
-    m_sermonModel.reload();
+void MainWindow::onSermonChanged(const model::Uuid& id) {
+    m_sermonModel.reloadSermon(id);
     m_sermonView->syncContent();
     const auto& manager = m_services.manager();
     m_saveStatus->setText(QString::fromStdString(manager.lastSyncStatus()));
@@ -207,13 +209,18 @@ void MainWindow::updateTitle() {
 }
 
 void MainWindow::loadSpellingVocabulary() {
-    if (!m_spelling->isAvailable())
-        return;
-    connect(&m_vocabulary, &QFutureWatcher<std::set<std::string>>::finished, this, [this] {
-        m_spelling->accept(m_vocabulary.result());
+    connect(&m_vocabulary, &QFutureWatcher<std::shared_ptr<SpellChecker>>::finished, this, [this] {
+        if (!m_vocabulary.result()->isAvailable())
+            return;
+        m_spelling->take(*m_vocabulary.result());
         m_sermonView->recheckSpelling();
     });
-    m_vocabulary.setFuture(QtConcurrent::run([loader = &m_services.bibles()] { return bibleVocabulary(*loader); }));
+    m_vocabulary.setFuture(QtConcurrent::run([loader = &m_services.bibles()] {
+        auto opened = std::make_shared<SpellChecker>();
+        if (opened->isAvailable())
+            opened->accept(bibleVocabulary(*loader));
+        return opened;
+    }));
 }
 
 // Mesh ------------------------------------------------------------------------------------------

@@ -8,8 +8,6 @@
 #include <QMainWindow>
 
 #include <memory>
-#include <set>
-#include <string>
 
 class QDockWidget;
 class QLabel;
@@ -75,7 +73,7 @@ private:
     void loadSpellingVocabulary();
 
     void onSelectionChanged();
-    void onSermonChanged();
+    void onSermonChanged(const model::Uuid& id);
     void onLibraryChanged();
     void onInterfaceChanged();
     void updateTitle();
@@ -100,7 +98,7 @@ private:
     DeskCommands* m_commands = nullptr;
     DeskMenus* m_menus = nullptr;
     ControllerDialogs* m_dialogs = nullptr;
-    QFutureWatcher<std::set<std::string>> m_vocabulary;
+    QFutureWatcher<std::shared_ptr<SpellChecker>> m_vocabulary;
 };
 
 } // namespace quillon::desktop

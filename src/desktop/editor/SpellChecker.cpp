@@ -48,12 +48,31 @@ SpellChecker::SpellChecker(const QString& language, const QString& folder) {
     m_hunspell = std::make_unique<Hunspell>(affix.toLocal8Bit().constData(), dictionary.toLocal8Bit().constData());
 }
 
+SpellChecker::SpellChecker(NoDictionary) {}
+
+std::unique_ptr<SpellChecker> SpellChecker::withoutDictionary() {
+    return std::unique_ptr<SpellChecker>(new SpellChecker(NoDictionary{}));
+}
+
 SpellChecker::~SpellChecker() = default;
 
 bool SpellChecker::isCorrect(const QString& word) const {
+    constexpr qsizetype knownLimit = 50'000;
     if (!m_hunspell || word.isEmpty())
         return true;
-    return m_hunspell->spell(word.toStdString());
+    if (auto found = m_known.constFind(word); found != m_known.constEnd())
+        return *found;
+    if (m_known.size() >= knownLimit)
+        m_known.clear();
+    const bool correct = m_hunspell->spell(word.toStdString());
+    m_known.insert(word, correct);
+    return correct;
+}
+
+void SpellChecker::take(SpellChecker& opened) {
+    m_hunspell = std::move(opened.m_hunspell);
+    m_known.clear();
+    opened.m_known.clear();
 }
 
 QStringList SpellChecker::suggestions(const QString& word) const {
@@ -70,6 +89,7 @@ void SpellChecker::accept(const std::set<std::string>& words) {
         return;
     for (const std::string& word : words)
         m_hunspell->add(word);
+    m_known.clear();
 }
 
 std::set<std::string> bibleVocabulary(scripture::BibleLoader& loader) {

@@ -44,6 +44,7 @@ QString scriptureTitle(const model::SermonScripture& scripture) {
 OutlineModel::OutlineModel(std::function<const model::SermonNote*()> sermon, QObject* parent)
     : QAbstractItemModel(parent), m_sermon(std::move(sermon)) {
     m_structure = structure();
+    m_faces = faces();
 }
 
 OutlineModel::Address OutlineModel::addressOf(const QModelIndex& index) const {
@@ -256,15 +257,40 @@ std::vector<model::Uuid> OutlineModel::structure() const {
     return ids;
 }
 
+std::vector<std::string> OutlineModel::faces() const {
+    std::vector<std::string> shown;
+    const model::SermonNote* sermon = m_sermon();
+    if (!sermon)
+        return shown;
+    for (const auto& topic : sermon->topics) {
+        shown.push_back(topic.title);
+        for (const auto& subTopic : topic.subTopics) {
+            shown.push_back(subTopic.title);
+            for (const auto& scripture : subTopic.scriptures) {
+                std::string face = scriptureTitle(scripture).toStdString();
+                face += model::rawValue(scripture.version);
+                shown.push_back(std::move(face));
+            }
+        }
+    }
+    return shown;
+}
+
 void OutlineModel::refresh() {
     std::vector<model::Uuid> now = structure();
+    std::vector<std::string> shown = faces();
     if (now != m_structure) {
         beginResetModel();
         m_structure = std::move(now);
+        m_faces = std::move(shown);
         endResetModel();
         return;
     }
-    // Same items in the same places: titles may have changed, so every row repaints.
+    // A change elsewhere in the sermon (its manuscript, say) leaves the outline as drawn.
+    if (shown == m_faces)
+        return;
+    m_faces = std::move(shown);
+    // Same items in the same places: titles changed, so every row repaints.
     std::function<void(const QModelIndex&)> touch = [&](const QModelIndex& parent) {
         int rows = rowCount(parent);
         if (rows == 0)

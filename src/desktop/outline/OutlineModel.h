@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace quillon::desktop {
@@ -64,9 +65,12 @@ private:
 
     Address addressOf(const QModelIndex& index) const;
     std::vector<model::Uuid> structure() const;
+    /// What each row shows, in the order of structure().
+    std::vector<std::string> faces() const;
 
     std::function<const model::SermonNote*()> m_sermon;
     std::vector<model::Uuid> m_structure;
+    std::vector<std::string> m_faces;
     bool m_editable = true;
 };
 

@@ -115,6 +115,38 @@ void SermonListModel::reload() {
     applyFilter();
 }
 
+bool SermonListModel::strictlyBefore(const Entry& a, const Entry& b) {
+    if (a.pinned != b.pinned)
+        return a.pinned;
+    return a.modified > b.modified;
+}
+
+void SermonListModel::reloadSermon(const model::Uuid& id) {
+    // Typing in a sermon changes it many times a second; only its own row needs taking again.
+    const model::SermonNote* sermon = m_manager.sermon(id);
+    auto found = std::find_if(m_entries.begin(), m_entries.end(), [&id](const Entry& entry) { return entry.id == id; });
+    if (!sermon || found == m_entries.end())
+        return reload();
+    Entry updated = makeEntry(*sermon, m_mediaFolder ? m_mediaFolder() : std::filesystem::path());
+    const bool keepsPlace = (found == m_entries.begin() || strictlyBefore(*std::prev(found), updated)) &&
+                            (std::next(found) == m_entries.end() || strictlyBefore(updated, *std::next(found)));
+    const QStringList words = filterWords();
+    if (!keepsPlace || matches(*found, words) != matches(updated, words))
+        return reload();
+    m_covers.remove(found->coverFile);
+    *found = std::move(updated);
+    const int index = static_cast<int>(found - m_entries.begin());
+    const auto shown = std::find(m_visible.begin(), m_visible.end(), index);
+    if (shown == m_visible.end())
+        return;
+    const QModelIndex changed = createIndex(static_cast<int>(shown - m_visible.begin()), 0);
+    emit dataChanged(changed, changed);
+}
+
+QStringList SermonListModel::filterWords() const {
+    return foldForSearch(m_filterText).split(u' ', Qt::SkipEmptyParts);
+}
+
 void SermonListModel::setFilterText(const QString& text) {
     if (text == m_filterText)
         return;
@@ -136,7 +168,7 @@ bool SermonListModel::matches(const Entry& entry, const QStringList& words) cons
 }
 
 void SermonListModel::applyFilter() {
-    const QStringList words = foldForSearch(m_filterText).split(u' ', Qt::SkipEmptyParts);
+    const QStringList words = filterWords();
     std::vector<int> visible;
     visible.reserve(m_entries.size());
     for (std::size_t i = 0; i < m_entries.size(); ++i) {

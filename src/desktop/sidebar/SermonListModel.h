@@ -46,6 +46,9 @@ public:
 
     /// Takes the store's sermons, order, pins and hidden marks again.
     void reload();
+    /// Takes one changed sermon again: its row is redrawn in place while its place in the order and
+    /// under the filter stays; otherwise the whole list is taken again.
+    void reloadSermon(const model::Uuid& id);
     /// Keeps the rows whose title, series, speaker or tags contain every word of `text`
     /// (case and accents ignored).
     void setFilterText(const QString& text);
@@ -74,6 +77,9 @@ private:
     };
 
     Entry makeEntry(const model::SermonNote& sermon, const std::filesystem::path& media) const;
+    /// True when `a` is listed before `b` whatever their places in the store.
+    static bool strictlyBefore(const Entry& a, const Entry& b);
+    QStringList filterWords() const;
     void applyFilter();
     bool matches(const Entry& entry, const QStringList& words) const;
     QVariant cover(const Entry& entry) const;
