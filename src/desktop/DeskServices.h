@@ -26,6 +26,7 @@ class DeskServices {
 public:
     /// `libraryRoot` overrides the storage root chosen in preferences (the --library option).
     DeskServices(std::filesystem::path preferencesFile, std::optional<std::filesystem::path> libraryRoot);
+    /// Waits for the background work still reading these services (see the .cpp).
     ~DeskServices();
     DeskServices(const DeskServices&) = delete;
     DeskServices& operator=(const DeskServices&) = delete;

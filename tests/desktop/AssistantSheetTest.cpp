@@ -15,6 +15,7 @@
 #include <QListWidget>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 #include <memory>
 
@@ -126,6 +127,36 @@ private slots:
         QTest::qWait(700);
         QVERIFY(!slow.answer().has_value());
         QCOMPARE(tagsNow(), m_sermon.tags);
+    }
+
+    void closingTheWindowDuringARunLeavesNoReaderOfTheFreedCommentaries() {
+        // The illustration finder indexes the library on a worker, then searches the commentaries
+        // the services own. A library long enough to index keeps the run going while the window,
+        // its sheet and then the services go.
+        std::vector<model::SermonNote> library{m_sermon};
+        std::string notes;
+        for (int word = 0; word < 20'000; ++word)
+            notes += "grace" + std::to_string(word % 997) + (word % 3 ? " love " : " kingdom ");
+        for (int index = 0; index < 20; ++index) {
+            library.push_back(quillon::testing::makeSermon("Long sermon " + std::to_string(index)));
+            library.back().notes = notes;
+        }
+        m_desk = std::make_unique<desktop::testing::DeskFixture>(library);
+        m_desk->services().controller().selectSermon(m_sermon.id);
+        auto window = std::make_unique<QWidget>();
+        auto* sheet =
+            new AssistantSheet(app::AssistantFeatureId::illustrationFinder, m_desk->services(),
+                               intelligence::makeSharedRouter(m_desk->services().preferences()), window.get());
+        sheet->setAttribute(Qt::WA_DeleteOnClose);
+        window->show();
+        sheet->show();
+        sheet->textField()->setText(QStringLiteral("love"));
+        sheet->run();
+        QVERIFY(sheet->isRunning());
+        window->close();
+        window.reset();
+        m_desk.reset();
+        QCOMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
     }
 
 private:
