@@ -4,6 +4,8 @@
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
 
+#include <algorithm>
+
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -40,6 +42,40 @@ private slots:
         SermonListModel model(desk.services().manager(), {});
         QCOMPARE(titles(model), (QStringList{"Pinned Old", "Recent", "Middle", "Old"}));
         QVERIFY(model.index(0).data(SermonListModel::PinnedRole).toBool());
+    }
+
+    void oneChangedSermonListsAsAFullReloadWould() {
+        // An edit redraws its row in place; a move in the order or across the filter takes all again.
+        const struct {
+            const char* title;
+            const char* newTitle;
+            bool inPlace;
+        } cases[] = {
+            {"Recent", "Recent and revised", true},
+            {"Old", "Old made new", false},
+            {"Middle", "Not a match", false},
+        };
+        for (const auto& c : cases) {
+            auto old = sermonTitled("Old", 300);
+            auto recent = sermonTitled("Recent", 5);
+            auto middle = sermonTitled("Middle", 60);
+            DeskFixture desk({old, recent, middle});
+            SermonListModel model(desk.services().manager(), {});
+            model.setFilterText(QStringLiteral("e"));
+            QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+            QSignalSpy redrawn(&model, &QAbstractItemModel::dataChanged);
+            store::SermonNotesManager& manager = desk.services().manager();
+            model::SermonNote changed = *std::find_if(manager.sermons().begin(), manager.sermons().end(),
+                                                      [&](const auto& sermon) { return sermon.title == c.title; });
+            changed.title = c.newTitle;
+            QVERIFY(manager.update(changed));
+            model.reloadSermon(changed.id);
+            SermonListModel fresh(manager, {});
+            fresh.setFilterText(QStringLiteral("e"));
+            QCOMPARE(titles(model), titles(fresh));
+            QCOMPARE(resets.count(), c.inPlace ? 0 : 1);
+            QCOMPARE(redrawn.count(), c.inPlace ? 1 : 0);
+        }
     }
 
     void subtitleJoinsSeriesAndDate() {
