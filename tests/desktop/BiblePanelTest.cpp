@@ -12,6 +12,8 @@
 #include <QToolButton>
 #include <QTreeView>
 
+#include <atomic>
+
 using namespace quillon;
 using namespace quillon::desktop;
 using namespace quillon::desktop::testing;
@@ -135,10 +137,37 @@ private slots:
             QSKIP("no SWORD commentary is installed");
         auto panel = makePanel(desk);
         CommentaryPane* pane = panel->commentaries();
-        QSignalSpy notes(pane, &CommentaryPane::notesShown);
+        pane->setExpanded(true);
         panel->reader()->showChapter(19, 23, 1);
         QTRY_VERIFY_WITH_TIMEOUT(!pane->isLoading() && pane->text().contains("23"), 10000);
         QVERIFY(!pane->text().contains("No commentaries are installed"));
+    }
+
+    void commentaryLibraryIsOpenedOnlyWhenThePaneIsFirstUnfolded() {
+        DeskFixture desk;
+        std::atomic<int> asked = 0;
+        auto* services = &desk.services();
+        BiblePanel panel(services->bibles(), [services, &asked]() -> intelligence::CommentaryLibrary& {
+            ++asked;
+            return services->commentaries();
+        });
+        QVERIFY(waitForChapter(panel.reader()));
+        CommentaryPane* pane = panel.commentaries();
+        QVERIFY(!pane->isExpanded());
+        QVERIFY(!pane->isLoading());
+        QCOMPARE(asked.load(), 0);
+
+        QTest::mouseClick(child<QToolButton>(&panel, "commentaryToggle"), Qt::LeftButton);
+        QVERIFY(pane->isExpanded());
+        QCOMPARE(pane->text(), QStringLiteral("Loading commentaries…"));
+        QTRY_VERIFY_WITH_TIMEOUT(pane->text() != QStringLiteral("Loading commentaries…"), 10000);
+        QCOMPARE(asked.load(), 1);
+
+        // Folding and unfolding again keeps what was read rather than asking anew.
+        pane->setExpanded(false);
+        pane->setExpanded(true);
+        QVERIFY(!pane->isLoading());
+        QCOMPARE(asked.load(), 1);
     }
 };
 

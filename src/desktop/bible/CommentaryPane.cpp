@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QTextBrowser>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <QtConcurrent>
 
@@ -25,6 +26,13 @@ scripture::ScriptureReference passage(const scripture::BibleBook& book, int chap
 CommentaryPane::CommentaryPane(std::function<intelligence::CommentaryLibrary&()> library, QWidget* parent)
     : QWidget(parent), m_library(std::move(library)) {
     setObjectName(QStringLiteral("commentaryPane"));
+    m_toggle = new QToolButton(this);
+    m_toggle->setObjectName(QStringLiteral("commentaryToggle"));
+    m_toggle->setText(tr("Commentaries"));
+    m_toggle->setToolTip(tr("Show or hide the commentaries' notes on this passage"));
+    m_toggle->setCheckable(true);
+    m_toggle->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_toggle->setAutoRaise(true);
     m_picker = new QComboBox(this);
     m_picker->setObjectName(QStringLiteral("commentaryPicker"));
     m_picker->setAccessibleName(tr("Commentary"));
@@ -34,17 +42,42 @@ CommentaryPane::CommentaryPane(std::function<intelligence::CommentaryLibrary&()>
     m_text->setOpenExternalLinks(false);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_toggle);
     layout->addWidget(m_picker);
     layout->addWidget(m_text, 1);
     connect(m_picker, &QComboBox::currentIndexChanged, this, &CommentaryPane::reload);
     connect(&m_watcher, &QFutureWatcher<Notes>::finished, this, &CommentaryPane::onLoaded);
+    connect(m_toggle, &QToolButton::toggled, this, &CommentaryPane::applyFolding);
+    applyFolding(false);
+}
+
+void CommentaryPane::setExpanded(bool expanded) {
+    m_toggle->setChecked(expanded);
+}
+
+bool CommentaryPane::isExpanded() const {
+    return m_toggle->isChecked();
+}
+
+void CommentaryPane::applyFolding(bool expanded) {
+    m_toggle->setArrowType(expanded ? Qt::DownArrow : Qt::RightArrow);
+    m_picker->setVisible(expanded);
+    m_text->setVisible(expanded);
+    // Folded, the pane is only its header: the splitter gives the room to the reader.
+    setMaximumHeight(expanded ? QWIDGETSIZE_MAX : m_toggle->sizeHint().height());
+    if (!expanded || m_opened)
+        return;
+    m_opened = true;
+    m_text->setPlainText(tr("Loading commentaries…"));
+    reload();
 }
 
 void CommentaryPane::showPassage(std::int64_t bookId, int chapter, std::optional<int> verse) {
     m_bookId = bookId;
     m_chapter = chapter;
     m_verse = verse;
-    reload();
+    if (m_opened)
+        reload();
 }
 
 void CommentaryPane::reload() {

@@ -11,11 +11,14 @@
 
 class QComboBox;
 class QTextBrowser;
+class QToolButton;
 
 namespace quillon::desktop {
 
-/// The commentaries' notes on the passage the reader shows, one commentary at a time. The library
-/// is opened and each passage read off the interface thread.
+/// The commentaries' notes on the passage the reader shows, one commentary at a time. The pane starts
+/// folded and nothing asks for the library until it is first unfolded: opening it reads every SWORD
+/// module and locale, tens of megabytes the desk need not hold for a preacher who never looks. The
+/// library is opened and each passage read off the interface thread.
 class CommentaryPane : public QWidget {
     Q_OBJECT
 public:
@@ -28,6 +31,9 @@ public:
     void showPassage(std::int64_t bookId, int chapter, std::optional<int> verse);
     /// The text on show, for tests and screen readers.
     QString text() const;
+    /// Unfolds the pane (loading the notes the first time) or folds it to its header.
+    void setExpanded(bool expanded);
+    bool isExpanded() const;
     bool isLoading() const { return m_watcher.isRunning(); }
 
 signals:
@@ -45,9 +51,11 @@ private:
 
     void reload();
     void onLoaded();
+    void applyFolding(bool expanded);
     void showEntries(const Notes& notes);
 
     std::function<intelligence::CommentaryLibrary&()> m_library;
+    QToolButton* m_toggle = nullptr;
     QComboBox* m_picker = nullptr;
     QTextBrowser* m_text = nullptr;
     QFutureWatcher<Notes> m_watcher;
@@ -55,6 +63,7 @@ private:
     int m_chapter = 0;
     std::optional<int> m_verse;
     bool m_pending = false;
+    bool m_opened = false;
 };
 
 } // namespace quillon::desktop
