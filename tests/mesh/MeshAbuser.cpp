@@ -165,9 +165,19 @@ void MeshAbuser::holdMany() {
         }
     }
     while (pause(100ms)) {
+        std::uint64_t open = 0;
+        for (int& fd : held) {
+            if (fd >= 0 && !stillOpen(fd)) {
+                ::close(fd);
+                fd = -1;
+            }
+            open += fd >= 0 ? 1 : 0;
+        }
+        m_heldOpen = open;
     }
     for (int fd : held)
-        ::close(fd);
+        if (fd >= 0)
+            ::close(fd);
 }
 
 void MeshAbuser::dribble() {

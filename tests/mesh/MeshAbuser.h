@@ -41,6 +41,9 @@ public:
     std::uint64_t floodedMessages() const { return m_flooded.load(); }
     /// Connections the abusers opened in all.
     std::uint64_t connectionsOpened() const { return m_opened.load(); }
+    /// How many of the 500 held connections the desk still keeps open: at most its limit for
+    /// one address once it has looked at them all.
+    std::uint64_t heldStillOpen() const { return m_heldOpen.load(); }
 
     /// A TCP connection to the desk from `from` (an address in 127/8); -1 when it fails.
     static int connectFrom(const char* from, std::uint16_t port);
@@ -60,6 +63,7 @@ private:
     std::atomic<bool> m_stopping{false};
     std::atomic<std::uint64_t> m_flooded{0};
     std::atomic<std::uint64_t> m_opened{0};
+    std::atomic<std::uint64_t> m_heldOpen{0};
     std::vector<std::thread> m_threads;
 };
 
