@@ -58,6 +58,7 @@ void ScriptureBridge::start() {
     if (m_started)
         return;
     m_started = true;
+    m_stopping = false;
     m_work.emplace(m_io.get_executor());
     openListener(m_plainAcceptor, m_settings.port, false);
     openListener(m_secureAcceptor, m_settings.tlsPort, true);
@@ -133,6 +134,8 @@ void ScriptureBridge::stop() {
     if (m_discovery)
         m_discovery->stop();
     asio::post(m_io, [this] {
+        // A handler already queued when its timer is cancelled below still runs, without an error.
+        m_stopping = true;
         boost::system::error_code ignored;
         m_plainAcceptor.close(ignored);
         m_secureAcceptor.close(ignored);
@@ -212,7 +215,7 @@ void ScriptureBridge::acceptLater(asio::ip::tcp::acceptor& acceptor, bool secure
     }
     retry.timer.expires_after(retry.delay);
     retry.timer.async_wait([this, &acceptor, secure](boost::system::error_code waited) {
-        if (!waited && acceptor.is_open())
+        if (!waited && !m_stopping && acceptor.is_open())
             acceptNext(acceptor, secure);
     });
 }
@@ -254,8 +257,8 @@ void ScriptureBridge::scheduleHeartbeat() {
         std::max(std::chrono::milliseconds{1}, std::min(m_settings.silenceLimit / 45, m_settings.heartbeatInterval));
     m_heartbeatTimer.expires_after(check);
     m_heartbeatTimer.async_wait([this](boost::system::error_code error) {
-        if (error)
-            return;
+        if (error || m_stopping)
+            return; // armed again after stop() it would keep the network thread from ever finishing
         auto now = std::chrono::steady_clock::now();
         bool heartbeatDue = now - m_lastHeartbeat >= m_settings.heartbeatInterval;
         if (heartbeatDue)

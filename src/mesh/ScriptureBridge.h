@@ -202,6 +202,8 @@ private:
     bool m_started = false;
 
     // Network-thread state.
+    /// Set by stop(): nothing may arm a timer or start work after it.
+    bool m_stopping = false;
     std::map<std::uint64_t, ConnectionPointer> m_connections;
     std::map<std::string, std::size_t> m_connectionsPerAddress;
     /// Addresses refused since they last had a place, so each refusal streak is logged once.

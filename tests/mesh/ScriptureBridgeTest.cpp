@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <future>
+
 #include <thread>
 
 namespace quillon::mesh {
@@ -384,6 +387,21 @@ TEST(ScriptureBridge, aPeerThatStopsReadingIsLetGoRatherThanQueuedForEver) {
         std::this_thread::sleep_for(5ms);
     }
     EXPECT_TRUE(eventually([&] { return log.contains("Stalled left: the peer stopped reading"); }));
+}
+
+TEST(ScriptureBridge, stopReturnsThoughTheSilenceCheckIsAlreadyDue) {
+    // The silence check comes round every millisecond here, so stop() often finds its handler
+    // already queued: a check that ran after the timer's cancel must not arm it again, or the
+    // network thread never runs out of work and stop() waits for it for ever.
+    auto settings = BridgeHarness::quietSettings();
+    settings.silenceLimit = 45ms;
+    for (int round = 0; round < 40; ++round) {
+        auto stopped = std::async(std::launch::async, [&] { BridgeHarness harness(settings); });
+        if (stopped.wait_for(10s) != std::future_status::ready) {
+            ADD_FAILURE() << "stop() did not return (round " << round << ")";
+            std::_Exit(1); // the network thread cannot be joined: end here rather than hang the suite
+        }
+    }
 }
 
 TEST(ScriptureBridge, aSilentPeerIsDroppedSoonAfterTheLimitNotAtTheNextHeartbeat) {
