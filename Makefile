@@ -5,6 +5,7 @@ ARGS       ?=
 JOBS       ?= $(shell nproc)
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR     ?= build-fuzz
+TSAN_DIR     ?= build-tsan
 FUZZ_SECONDS ?= 60
 
 CMAKE_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE)
@@ -12,7 +13,7 @@ ifeq ($(CI),true)
 CMAKE_FLAGS += -DQUILLON_WERROR=ON
 endif
 
-.PHONY: all bootstrap configure build run test test-sanitize fuzz bench format clean
+.PHONY: all bootstrap configure build run test test-sanitize test-tsan fuzz bench format clean
 
 all: build
 
@@ -50,6 +51,20 @@ test-sanitize: bootstrap
 	LSAN_OPTIONS=suppressions=$(CURDIR)/tests/sanitize/lsan.supp \
 		ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
+# The threaded parts again with ThreadSanitizer, in its own folder: the mesh (its Asio thread and the
+# executor it posts to), the store (parallel decoding, backups that encode on every core), the
+# platform helpers and the editing controller. tests/sanitize/tsan.supp says why each entry is there.
+TSAN_FLAGS := -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG="-O1" -DQUILLON_ENABLE_TSAN=ON \
+	-DQUILLON_BUILD_GUI=OFF -DQUILLON_BUILD_BENCHMARKS=OFF
+TSAN_TESTS := mesh_tests mesh_network_tests store_tests store_crash_tests platform_tests app_tests
+
+test-tsan: bootstrap
+	cmake -S . -B $(TSAN_DIR) $(TSAN_FLAGS)
+	cmake --build $(TSAN_DIR) -j $(JOBS) --target $(TSAN_TESTS)
+	QUILLON_CRASH_RUNS=$(SANITIZE_CRASH_RUNS) \
+	TSAN_OPTIONS="second_deadlock_stack=1 suppressions=$(CURDIR)/tests/sanitize/tsan.supp" \
+		ctest --test-dir $(TSAN_DIR) --output-on-failure -j $(JOBS) -R '^($(subst $() ,|,$(TSAN_TESTS)))$$'
+
 # Every fuzz target for FUZZ_SECONDS each (clang + libFuzzer), in its own folder.
 fuzz: bootstrap
 	CC=clang CXX=clang++ cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
@@ -67,4 +82,4 @@ format:
 	@git ls-files '*.cpp' '*.h' | xargs -r clang-format -i
 
 clean:
-	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(FUZZ_DIR)
+	rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(TSAN_DIR) $(FUZZ_DIR)
