@@ -46,13 +46,21 @@ StatusMessage RecordingToDraft::draftOrganized(const std::string& title, std::si
 }
 
 bool RecordingToDraft::begin() {
+    openAuthorizing();
+    return authorize(m_transcriber.unavailableReason());
+}
+
+void RecordingToDraft::openAuthorizing() {
     m_transcript.reset();
     m_file.clear();
     m_controller.open(Sheet::recordingToDraft);
     m_controller.setRecordingStage(RecordingTranscriptionStage::authorizing);
-    if (auto reason = m_transcriber.unavailableReason()) {
+}
+
+bool RecordingToDraft::authorize(const std::optional<std::string>& unavailable) {
+    if (unavailable) {
         m_controller.setRecordingStage(RecordingTranscriptionStage::failed);
-        m_controller.post({unavailableTitle, *reason, StatusMessage::Kind::alert});
+        m_controller.post({unavailableTitle, *unavailable, StatusMessage::Kind::alert});
         return false;
     }
     m_controller.setRecordingStage(RecordingTranscriptionStage::pickFile);

@@ -63,6 +63,11 @@ public:
     /// recogniser can be used; else `failed` with an alert saying what to install
     /// or start.
     bool begin();
+    /// begin() in two steps, for a caller that asks the transcriber
+    /// (unavailableReason(), which may wait on the server) off the main thread:
+    /// the sheet opens at `authorizing`, then the answer is applied.
+    void openAuthorizing();
+    bool authorize(const std::optional<std::string>& unavailable);
 
     /// `transcribing`, then the outcome applied: both steps of the asynchronous
     /// path in one call.

@@ -2,6 +2,7 @@
 
 #include "app/DeleteType.h"
 #include "app/ExportFormat.h"
+#include "app/FileJobs.h"
 #include "app/InterfaceState.h"
 #include "app/RecordingTranscriptionStage.h"
 #include "app/SermonNotesListener.h"
@@ -24,6 +25,7 @@
 #include <functional>
 #include <optional>
 #include <set>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -261,17 +263,34 @@ public:
                                                       const std::filesystem::path& destination);
     /// Writes the library archive (a folder gets "Quillon.vrnsermons").
     std::optional<std::filesystem::path> exportLibraryArchive(const std::filesystem::path& destination);
+    /// exportLibraryArchive() in three steps (FileJobs.h): the job, the writing (worker-safe) and
+    /// the message. A cancelled archive is never written and publishes nothing.
+    ArchiveJob prepareLibraryArchive(const std::filesystem::path& destination) const;
+    static ArchiveOutcome writeLibraryArchive(const ArchiveJob& job, std::stop_token stop = {});
+    std::optional<std::filesystem::path> finishLibraryArchive(const ArchiveOutcome& outcome);
     void reportPrintFailure(const model::Uuid& sermonId);
     void reportShareFailure();
 
     /// Backs the library up into `folder`. On a nearly full volume publishes "Low on Storage" and
     /// stops, unless `continueWhenLow`.
     std::optional<std::filesystem::path> backUp(const std::filesystem::path& folder, bool continueWhenLow = false);
+    /// backUp() in three steps (FileJobs.h). The checks publish their alert and give no job; the
+    /// writing is safe on a worker thread while the controller lives and leaves no folder when
+    /// stopped; finishing publishes "Backup Complete" or "Backup Failed", nothing when cancelled.
+    std::optional<BackupJob> prepareBackUp(const std::filesystem::path& folder, bool continueWhenLow = false);
+    BackupOutcome writeBackUp(const BackupJob& job, std::stop_token stop = {}) const;
+    std::optional<std::filesystem::path> finishBackUp(const BackupOutcome& outcome);
     /// Notes the backup to restore and opens the question; nothing is replaced before confirmRestore().
     void requestRestore(const std::filesystem::path& backupFolder);
     const std::optional<std::filesystem::path>& pendingRestore() const { return m_pendingRestore; }
     std::string restoreQuestion() const;
     std::optional<store::RestoreResult> confirmRestore();
+    /// confirmRestore() in three steps (FileJobs.h): the confirmed folder (the question closes;
+    /// nothing when none was pending), the reading (worker-safe), then the replacing with "Restore
+    /// Complete" or "Restore Failed". A cancelled read replaces nothing and publishes nothing.
+    std::optional<std::filesystem::path> takeConfirmedRestore();
+    static RestoreRead readBackup(const std::filesystem::path& folder, std::stop_token stop = {});
+    std::optional<store::RestoreResult> finishRestore(RestoreRead read);
     void cancelRestore();
 
     /// Opens a ".quillet" document: adds it, or replaces the sermon with its identity, selects it

@@ -19,6 +19,8 @@ namespace quillon::app {
 namespace {
 
 constexpr const char* archiveFailure = "Quillon could not prepare the sermon archive.";
+/// The archive's name when a folder is given.
+constexpr const char* archiveFileName = "Quillon.vrnsermons";
 
 bool isFolder(const std::filesystem::path& path) {
     std::error_code ignored;
@@ -61,24 +63,40 @@ std::optional<std::filesystem::path> SermonNotesViewModel::exportSermon(const mo
 
 std::optional<std::filesystem::path>
 SermonNotesViewModel::exportLibraryArchive(const std::filesystem::path& destination) {
-    std::optional<std::filesystem::path> written;
-    if (isFolder(destination)) {
-        written = m_store.exportArchive(destination);
-    } else {
-        try {
-            platform::writeFileAtomically(destination,
-                                          model::encodeArchive(m_store.sermons(), model::toDateTime(m_clock.now())));
-            written = destination;
-        } catch (const std::exception& failure) {
-            spdlog::error("Failed to write the sermon archive {}: {}", destination.string(), failure.what());
+    return finishLibraryArchive(writeLibraryArchive(prepareLibraryArchive(destination)));
+}
+
+ArchiveJob SermonNotesViewModel::prepareLibraryArchive(const std::filesystem::path& destination) const {
+    const std::filesystem::path file = isFolder(destination) ? destination / archiveFileName : destination;
+    return {m_store.sermons(), file, model::toDateTime(m_clock.now())};
+}
+
+ArchiveOutcome SermonNotesViewModel::writeLibraryArchive(const ArchiveJob& job, std::stop_token stop) {
+    ArchiveOutcome outcome;
+    try {
+        std::string bytes = model::encodeArchive(job.sermons, job.exportDate);
+        // The last moment a cancel can leave everything as it was: the write itself is atomic.
+        if (stop.stop_requested()) {
+            outcome.cancelled = true;
+            return outcome;
         }
+        platform::writeFileAtomically(job.file, bytes);
+        outcome.written = job.file;
+    } catch (const std::exception& failure) {
+        spdlog::error("Failed to write the sermon archive {}: {}", job.file.string(), failure.what());
     }
-    if (!written) {
+    return outcome;
+}
+
+std::optional<std::filesystem::path> SermonNotesViewModel::finishLibraryArchive(const ArchiveOutcome& outcome) {
+    if (outcome.cancelled)
+        return std::nullopt;
+    if (!outcome.written) {
         post({"Export Failed", archiveFailure, StatusMessage::Kind::alert});
         return std::nullopt;
     }
-    post({"Export Complete", written->string(), StatusMessage::Kind::toast});
-    return written;
+    post({"Export Complete", outcome.written->string(), StatusMessage::Kind::toast});
+    return outcome.written;
 }
 
 void SermonNotesViewModel::reportPrintFailure(const model::Uuid& sermonId) {
@@ -94,6 +112,12 @@ void SermonNotesViewModel::reportShareFailure() {
 
 std::optional<std::filesystem::path> SermonNotesViewModel::backUp(const std::filesystem::path& folder,
                                                                   bool continueWhenLow) {
+    auto job = prepareBackUp(folder, continueWhenLow);
+    return job ? finishBackUp(writeBackUp(*job)) : std::nullopt;
+}
+
+std::optional<BackupJob> SermonNotesViewModel::prepareBackUp(const std::filesystem::path& folder,
+                                                             bool continueWhenLow) {
     const auto& sermons = m_store.sermons();
     if (sermons.empty()) {
         post({"Nothing to Back Up", "There are no sermons in your library yet.", StatusMessage::Kind::alert});
@@ -104,17 +128,34 @@ std::optional<std::filesystem::path> SermonNotesViewModel::backUp(const std::fil
         post({store::lowOnStorageTitle, store::lowStorageBeforeBackupMessage(*available), StatusMessage::Kind::alert});
         return std::nullopt;
     }
+    return BackupJob{sermons, folder, m_store.storage().mediaFolder()};
+}
+
+BackupOutcome SermonNotesViewModel::writeBackUp(const BackupJob& job, std::stop_token stop) const {
+    BackupOutcome outcome;
+    outcome.sermonCount = job.sermons.size();
+    // A manager of its own, whose media folder is the job's: the store is not read off the main thread.
+    const store::SermonBackupManager backups([media = job.mediaFolder] { return media; }, m_preferences, m_clock);
     try {
-        auto written = m_backups.backUp(sermons, folder);
-        post({"Backup Complete", "Saved " + counted(sermons.size(), "sermon", "sermons"), StatusMessage::Kind::toast});
-        return written;
-    } catch (const store::BackupError& error) {
-        post({"Backup Failed", error.what(), StatusMessage::Kind::alert});
-    } catch (const platform::FileError& error) {
-        spdlog::error("Failed to back up the library into {}: {}", folder.string(), error.what());
-        post({"Backup Failed", error.what(), StatusMessage::Kind::alert});
+        outcome.written = backups.backUp(job.sermons, job.folder, stop);
+        outcome.cancelled = !outcome.written;
+    } catch (const std::exception& error) {
+        // BackupError and FileError carry the sentence for the user; anything else is reported as is.
+        spdlog::error("Failed to back up the library into {}: {}", job.folder.string(), error.what());
+        outcome.failure = error.what();
     }
-    return std::nullopt;
+    return outcome;
+}
+
+std::optional<std::filesystem::path> SermonNotesViewModel::finishBackUp(const BackupOutcome& outcome) {
+    if (outcome.cancelled)
+        return std::nullopt;
+    if (!outcome.written) {
+        post({"Backup Failed", outcome.failure, StatusMessage::Kind::alert});
+        return std::nullopt;
+    }
+    post({"Backup Complete", "Saved " + counted(outcome.sermonCount, "sermon", "sermons"), StatusMessage::Kind::toast});
+    return outcome.written;
 }
 
 void SermonNotesViewModel::requestRestore(const std::filesystem::path& backupFolder) {
@@ -132,12 +173,39 @@ void SermonNotesViewModel::cancelRestore() {
 }
 
 std::optional<store::RestoreResult> SermonNotesViewModel::confirmRestore() {
+    auto folder = takeConfirmedRestore();
+    return folder ? finishRestore(readBackup(*folder)) : std::nullopt;
+}
+
+std::optional<std::filesystem::path> SermonNotesViewModel::takeConfirmedRestore() {
     if (!m_pendingRestore)
         return std::nullopt;
     const std::filesystem::path folder = *m_pendingRestore;
     cancelRestore();
+    return folder;
+}
+
+RestoreRead SermonNotesViewModel::readBackup(const std::filesystem::path& folder, std::stop_token stop) {
+    RestoreRead read;
+    read.folder = folder;
     try {
-        const auto result = m_backups.restoreInto(m_store, folder);
+        read.contents = store::SermonBackupManager::read(folder);
+    } catch (const std::exception& error) {
+        read.failure = error.what();
+    }
+    read.cancelled = stop.stop_requested();
+    return read;
+}
+
+std::optional<store::RestoreResult> SermonNotesViewModel::finishRestore(RestoreRead read) {
+    if (read.cancelled)
+        return std::nullopt;
+    if (!read.contents) {
+        post({"Restore Failed", read.failure, StatusMessage::Kind::alert});
+        return std::nullopt;
+    }
+    try {
+        const auto result = m_backups.restoreInto(m_store, *read.contents);
         repairSelection();
         notifyLibrary();
         notifySelection();

@@ -238,6 +238,11 @@ BackupManifest SermonBackupManager::decodeManifest(const std::string& bytes) {
 
 fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermons,
                                      const fs::path& destinationFolder) const {
+    return *backUp(sermons, destinationFolder, std::stop_token());
+}
+
+std::optional<fs::path> SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermons,
+                                                    const fs::path& destinationFolder, std::stop_token stop) const {
     if (sermons.empty())
         throw BackupError(BackupError::Kind::noSermonsToBackUp);
     const system_clock::time_point now = m_clock.now();
@@ -250,6 +255,8 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
         spdlog::error("Failed to encode sermons for backup: {}", error.what());
         throw BackupError(BackupError::Kind::encodingFailed);
     }
+    if (stop.stop_requested())
+        return std::nullopt;
 
     createFolders(destinationFolder);
     const std::string baseName = backupFolderName(now);
@@ -262,6 +269,9 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     createFolders(media);
     const fs::path libraryMedia = m_mediaFolder();
     for (const model::SermonNote& sermon : sermons) {
+        // The work folder goes with the early return, so a stopped backup leaves nothing.
+        if (stop.stop_requested())
+            return std::nullopt;
         if (!sermon.coverImageFileName)
             continue;
         const std::string& name = *sermon.coverImageFileName;
@@ -288,6 +298,8 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     platform::writeFileAtomically(work.path() / manifestFileName, encodeManifest(manifest));
     syncFolder(media);
 
+    if (stop.stop_requested())
+        return std::nullopt;
     // The backup appears under its real name only once it is whole on disk, and never over another.
     const fs::path finalFolder = moveToFreeName(work.path(), destinationFolder, baseName);
     work.keep();
@@ -297,25 +309,38 @@ fs::path SermonBackupManager::backUp(const std::vector<model::SermonNote>& sermo
     return finalFolder;
 }
 
-RestoreResult SermonBackupManager::restore(const fs::path& backupFolder, const SermonImporter& importSermons) const {
+BackupContents SermonBackupManager::read(const fs::path& backupFolder) {
     const fs::path sermonsFile = backupFolder / sermonsFileName;
     std::error_code error;
     if (!fs::exists(sermonsFile, error))
         throw BackupError(BackupError::Kind::sermonsFileMissing);
 
-    RestoreResult result;
+    BackupContents contents;
+    contents.folder = backupFolder;
     const fs::path manifestFile = backupFolder / manifestFileName;
     if (fs::exists(manifestFile, error)) {
         try {
-            result.manifest = decodeManifest(platform::readFile(manifestFile));
+            contents.manifest = decodeManifest(platform::readFile(manifestFile));
         } catch (const std::exception& failure) {
             spdlog::warn("Ignored the unreadable manifest of “{}”: {}", backupFolder.filename().string(),
                          failure.what());
         }
     }
+    contents.sermons = model::readArchive(platform::readFile(sermonsFile));
+    return contents;
+}
 
+RestoreResult SermonBackupManager::restore(const fs::path& backupFolder, const SermonImporter& importSermons) const {
     // Everything is read and decoded before the library changes, so a broken backup changes nothing.
-    const std::vector<model::SermonNote> sermons = model::readArchive(platform::readFile(sermonsFile));
+    return restore(read(backupFolder), importSermons);
+}
+
+RestoreResult SermonBackupManager::restore(const BackupContents& contents, const SermonImporter& importSermons) const {
+    RestoreResult result;
+    result.manifest = contents.manifest;
+    const fs::path& backupFolder = contents.folder;
+    const std::vector<model::SermonNote>& sermons = contents.sermons;
+    std::error_code error;
 
     const fs::path libraryMedia = m_mediaFolder();
     fs::create_directories(libraryMedia, error);
@@ -355,8 +380,12 @@ RestoreResult SermonBackupManager::restore(const fs::path& backupFolder, const S
 }
 
 RestoreResult SermonBackupManager::restoreInto(SermonNotesManager& store, const fs::path& backupFolder) const {
+    return restoreInto(store, read(backupFolder));
+}
+
+RestoreResult SermonBackupManager::restoreInto(SermonNotesManager& store, const BackupContents& contents) const {
     SermonStorage& storage = store.storage();
-    return restore(backupFolder, [&](const std::vector<model::SermonNote>& sermons) {
+    return restore(contents, [&](const std::vector<model::SermonNote>& sermons) {
         std::vector<std::pair<fs::path, std::string>> pending;
         const SermonFileWriter previous = storage.writer();
         storage.setWriter([&pending](const fs::path& target, std::string_view bytes) {

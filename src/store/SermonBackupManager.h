@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,14 @@ struct BackupManifest {
     std::string appVersion = "unknown";
 
     bool operator==(const BackupManifest&) const = default;
+};
+
+/// A backup folder read and decoded, before anything of the library changes.
+struct BackupContents {
+    std::filesystem::path folder;
+    /// Absent when the backup has no readable manifest.
+    std::optional<BackupManifest> manifest;
+    std::vector<model::SermonNote> sermons;
 };
 
 /// What a restore brought back.
@@ -64,15 +73,28 @@ public:
     /// platform::FileError.
     std::filesystem::path backUp(const std::vector<model::SermonNote>& sermons,
                                  const std::filesystem::path& destinationFolder) const;
+    /// The same, stopping when `stop` is requested before the backup is whole: then nothing is
+    /// returned and nothing of it is left behind. Safe on a worker thread while the manager lives.
+    std::optional<std::filesystem::path> backUp(const std::vector<model::SermonNote>& sermons,
+                                                const std::filesystem::path& destinationFolder,
+                                                std::stop_token stop) const;
+
+    /// Reads and decodes the backup in `backupFolder` without touching the library: the slow half
+    /// of a restore, safe on a worker thread. Throws BackupError (not a backup) or
+    /// platform::FileError.
+    static BackupContents read(const std::filesystem::path& backupFolder);
 
     /// Restores the backup in `backupFolder`. Throws BackupError (not a backup) or
     /// platform::FileError; on a throw the library is as it was.
     RestoreResult restore(const std::filesystem::path& backupFolder, const SermonImporter& importSermons) const;
+    /// Restores a backup already read.
+    RestoreResult restore(const BackupContents& contents, const SermonImporter& importSermons) const;
 
     /// Restores into the store through its import with `replaceDuplicates`. The sermon files are
     /// all written, then synced once and renamed into place; when one cannot be written none is,
     /// and the store is read back from disk so memory and files agree again.
     RestoreResult restoreInto(SermonNotesManager& store, const std::filesystem::path& backupFolder) const;
+    RestoreResult restoreInto(SermonNotesManager& store, const BackupContents& contents) const;
 
     /// The available bytes at `location` when its free share is at or below the threshold.
     std::optional<std::uint64_t> freeSpaceWarning(const std::filesystem::path& location) const;

@@ -179,6 +179,42 @@ TEST(SermonNotesViewModelFiles, restoreAsksBeforeItReplacesAnything) {
         alert("Restore Failed", "That folder does not contain a sermons.json file, so it is not a Quillon backup."));
 }
 
+TEST(SermonNotesViewModelFiles, stoppedLongWorkLeavesNothingAndSaysNothing) {
+    ControllerHarness harness;
+    auto sermon = makeSermon("Original");
+    harness.seed(sermon);
+    auto& desk = harness.open();
+    const auto backup = desk.backUp(harness.folder / "backups");
+    ASSERT_TRUE(backup);
+    SermonMetadataChange rename;
+    rename.title = "Changed since";
+    desk.setMetadata(sermon.id, rename);
+    const std::size_t published = harness.listener.messages.size();
+    std::stop_source stopped;
+    stopped.request_stop();
+    std::filesystem::create_directories(harness.folder / "stopped");
+
+    const auto job = desk.prepareBackUp(harness.folder / "stopped");
+    ASSERT_TRUE(job);
+    const auto wrote = desk.writeBackUp(*job, stopped.get_token());
+    EXPECT_TRUE(wrote.cancelled);
+    EXPECT_FALSE(desk.finishBackUp(wrote));
+    EXPECT_TRUE(std::filesystem::is_empty(harness.folder / "stopped")) << "not even a hidden work folder";
+
+    desk.requestRestore(*backup);
+    const auto folder = desk.takeConfirmedRestore();
+    ASSERT_EQ(folder, backup);
+    EXPECT_FALSE(desk.isOpen(Sheet::restoreBackupConfirmation));
+    EXPECT_FALSE(desk.finishRestore(SermonNotesViewModel::readBackup(*folder, stopped.get_token())));
+    EXPECT_EQ(harness.manager->sermon(sermon.id)->title, "Changed since");
+
+    const auto archive = desk.prepareLibraryArchive(harness.folder / "stopped");
+    EXPECT_EQ(archive.file, harness.folder / "stopped" / "Quillon.vrnsermons");
+    EXPECT_FALSE(desk.finishLibraryArchive(SermonNotesViewModel::writeLibraryArchive(archive, stopped.get_token())));
+    EXPECT_TRUE(std::filesystem::is_empty(harness.folder / "stopped"));
+    EXPECT_EQ(harness.listener.messages.size(), published);
+}
+
 TEST(SermonNotesViewModelFiles, backUpRefusesAnEmptyLibrary) {
     ControllerHarness harness;
     auto& desk = harness.open();
