@@ -2,6 +2,7 @@
 #include "desktop/DeskFixture.h"
 #include "desktop/bible/ChapterReader.h"
 #include "desktop/bible/CommentaryPane.h"
+#include "desktop/shell/EmptyStateOverlay.h"
 
 #include <QLabel>
 #include <QLineEdit>
@@ -54,15 +55,24 @@ private slots:
         QCOMPARE(panel->referenceToAttach(), QStringLiteral("John 3:16"));
     }
 
-    void searchWithNothingFoundSaysSo() {
+    void theResultsListSaysWhyItIsEmpty() {
         DeskFixture desk;
         auto panel = makePanel(desk);
+        auto* empty = child<EmptyStateOverlay>(panel.get(), "bibleResultsEmpty");
+        QVERIFY(empty->isShowing());
+        QCOMPARE(empty->text(), QStringLiteral("Type a reference or a few words to search the Bible."));
         QSignalSpy shown(panel.get(), &BiblePanel::resultsShown);
         panel->search(QStringLiteral("zzqxv"));
         QVERIFY(shown.wait(10000));
         QCOMPARE(panel->results().rowCount(), 0);
-        QCOMPARE(child<QLabel>(panel.get(), "bibleSearchSummary")->text(),
-                 QStringLiteral("Nothing in the Bible matches “zzqxv”."));
+        QVERIFY(empty->isShowing());
+        QCOMPARE(empty->text(), QStringLiteral("Nothing in the Bible matches “zzqxv”."));
+        panel->search(QStringLiteral("John 3:16"));
+        QVERIFY(shown.wait(10000));
+        QVERIFY(!empty->isShowing());
+        panel->search(QString());
+        QVERIFY(empty->isShowing());
+        QVERIFY(empty->text().startsWith(QStringLiteral("Type a reference")));
     }
 
     void chaptersStepAcrossBooksAndStopAtTheEnds_data() {

@@ -2,6 +2,7 @@
 
 #include "desktop/bible/ChapterReader.h"
 #include "desktop/bible/CommentaryPane.h"
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "scripture/BibleBook.h"
 #include "scripture/BibleLoader.h"
 
@@ -20,6 +21,10 @@ namespace {
 
 constexpr int pauseBeforeSearchMs = 180;
 constexpr std::size_t resultLimit = 200;
+
+QString beforeSearchHint() {
+    return BiblePanel::tr("Type a reference or a few words to search the Bible.");
+}
 
 } // namespace
 
@@ -45,6 +50,7 @@ BiblePanel::BiblePanel(scripture::BibleLoader& loader, std::function<intelligenc
     m_resultView->setAlternatingRowColors(true);
     m_resultView->header()->setSectionResizeMode(BibleResultsModel::referenceColumn, QHeaderView::ResizeToContents);
     m_resultView->header()->setStretchLastSection(true);
+    m_emptyResults = new EmptyStateOverlay(*m_resultView, beforeSearchHint());
 
     m_reader = new ChapterReader(loader, this);
     m_commentaries = new CommentaryPane(std::move(commentaries), this);
@@ -105,6 +111,7 @@ void BiblePanel::search(const QString& query) {
     if (m_wantedQuery.isEmpty()) {
         m_results.setResults({});
         m_summary->clear();
+        m_emptyResults->setEmptyText(beforeSearchHint());
         return;
     }
     m_runningQuery = m_wantedQuery;
@@ -122,9 +129,9 @@ void BiblePanel::onSearchFinished() {
     std::vector<scripture::BibleSearchResult> results = m_watcher.result();
     const auto count = static_cast<int>(results.size());
     m_results.setResults(std::move(results));
-    m_summary->setText(count == 0   ? tr("Nothing in the Bible matches “%1”.").arg(m_runningQuery)
-                       : count == 1 ? tr("1 verse")
-                                    : tr("%1 verses").arg(count));
+    // An empty result says so in the list itself, where the preacher is looking.
+    m_emptyResults->setEmptyText(tr("Nothing in the Bible matches “%1”.").arg(m_runningQuery));
+    m_summary->setText(count == 0 ? QString() : count == 1 ? tr("1 verse") : tr("%1 verses").arg(count));
     if (count > 0)
         m_resultView->setCurrentIndex(m_results.index(0, 0));
     emit resultsShown();

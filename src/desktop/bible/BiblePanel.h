@@ -24,6 +24,7 @@ namespace quillon::desktop {
 
 class ChapterReader;
 class CommentaryPane;
+class EmptyStateOverlay;
 
 /// The Bible beside the sermon: the search box (references, topics, full text with its
 /// operators) and its results, the chapter reader with versions side by side, the commentaries on
@@ -65,6 +66,7 @@ private:
     QLineEdit* m_field = nullptr;
     QLabel* m_summary = nullptr;
     QTreeView* m_resultView = nullptr;
+    EmptyStateOverlay* m_emptyResults = nullptr;
     ChapterReader* m_reader = nullptr;
     CommentaryPane* m_commentaries = nullptr;
     QPushButton* m_attach = nullptr;

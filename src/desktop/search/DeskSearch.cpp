@@ -1,5 +1,6 @@
 #include "desktop/search/DeskSearch.h"
 
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "desktop/shell/Plural.h"
 
 #include "desktop/DeskServices.h"
@@ -62,6 +63,11 @@ QString textOf(const search::SearchHit& hit) {
                                                            : sermon->subtitle + " — " + sermon->snippet);
 }
 
+QString beforeSearchHint() {
+    return DeskSearch::tr("Type a word, a phrase or a reference (Romans 8:28) to search your sermons, the Bible "
+                          "and the commentaries.");
+}
+
 } // namespace
 
 /// One search's answer, made on a worker thread.
@@ -97,6 +103,7 @@ DeskSearch::DeskSearch(DeskServices& services, QWidget* parent)
     m_view->setWordWrap(true);
     m_view->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_view->setAllColumnsShowFocus(true);
+    m_empty = new EmptyStateOverlay(*m_view, beforeSearchHint());
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_field);
     layout->addWidget(m_banner);
@@ -143,6 +150,7 @@ void DeskSearch::search(const QString& query) {
         m_results.clear();
         m_banner->hide();
         m_summary->clear();
+        m_empty->setEmptyText(beforeSearchHint());
         emit resultsShown();
         return;
     }
@@ -218,8 +226,9 @@ void DeskSearch::onFinished() {
     m_view->expandAll();
     m_banner->setText(outcome->banner ? QString::fromStdString(*outcome->banner) : QString());
     m_banner->setVisible(outcome->banner.has_value());
-    m_summary->setText(total == 0 ? tr("Nothing matches “%1”.").arg(outcome->query)
-                                  : counted(total, tr("%1 result"), tr("%1 results")));
+    // Nothing found is said in the list itself, where the preacher is looking.
+    m_empty->setEmptyText(tr("Nothing matches “%1”.").arg(outcome->query));
+    m_summary->setText(total == 0 ? QString() : counted(total, tr("%1 result"), tr("%1 results")));
     emit resultsShown();
 }
 

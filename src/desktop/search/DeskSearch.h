@@ -24,6 +24,7 @@ struct SearchResultGroup;
 namespace quillon::desktop {
 
 class DeskServices;
+class EmptyStateOverlay;
 
 /// The search field (Ctrl+F): one query over the preacher's sermons, the Bible and the
 /// commentaries, the hits grouped by kind, with the notice when misspelt words were corrected
@@ -65,6 +66,7 @@ private:
     QLabel* m_banner = nullptr;
     QLabel* m_summary = nullptr;
     QTreeView* m_view = nullptr;
+    EmptyStateOverlay* m_empty = nullptr;
     QStandardItemModel m_results;
     QTimer m_debounce;
     QFutureWatcher<std::shared_ptr<Outcome>> m_watcher;

@@ -4,6 +4,7 @@
 
 #include "app/SermonNotesViewModel.h"
 #include "desktop/sheets/RelativeTime.h"
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "model/Uuid.h"
 
 #include <QDialogButtonBox>
@@ -42,6 +43,7 @@ TrashWindow::TrashWindow(app::SermonNotesViewModel& controller, QWidget* parent)
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("trashList"));
     m_list->setAccessibleName(tr("Sermons in the trash"));
+    new EmptyStateOverlay(*m_list, tr("The trash is empty."));
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setAlternatingRowColors(true);
     auto* buttons = new QDialogButtonBox(this);

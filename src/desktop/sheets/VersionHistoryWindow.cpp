@@ -2,6 +2,7 @@
 
 #include "app/SermonNotesViewModel.h"
 #include "desktop/sheets/RelativeTime.h"
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "store/SermonVersionHistory.h"
 
 #include <QDialogButtonBox>
@@ -58,6 +59,7 @@ VersionHistoryWindow::VersionHistoryWindow(app::SermonNotesViewModel& controller
     m_list = new QListWidget(this);
     m_list->setObjectName(QStringLiteral("versionList"));
     m_list->setAccessibleName(tr("Earlier versions"));
+    new EmptyStateOverlay(*m_list, tr("No earlier versions yet."));
     m_preview = new QTextBrowser(this);
     m_preview->setObjectName(QStringLiteral("versionPreview"));
     m_preview->setAccessibleName(tr("The chosen version"));
