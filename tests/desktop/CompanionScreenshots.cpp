@@ -1,22 +1,28 @@
 // Takes the companions' screenshots for docs/screenshots: Preach Preview, two assistant sheets (one
-// answered by a model, one model-free), settings with a search, the command palette and the welcome.
+// answered by a model, one model-free), settings with a search, the command palette, the welcome,
+// the Bible panel's empty results and the progress of long work.
 // Run it under Xvfb (scripts/companion-screenshots); it writes PNG files into the folder it is given.
 #include "app/SermonNotesViewModel.h"
 #include "desktop/DeskFixture.h"
 #include "desktop/MainWindow.h"
 #include "desktop/assistant/AssistantSheet.h"
+#include "desktop/bible/BiblePanel.h"
 #include "desktop/companions/Companions.h"
 #include "desktop/onboarding/OnboardingDialog.h"
 #include "desktop/palette/CommandPalette.h"
 #include "desktop/settings/SettingsWindow.h"
+#include "desktop/shell/BackgroundTask.h"
+#include "desktop/shell/DeskCommands.h"
 #include "support/StubModelServer.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QDockWidget>
 #include <QLineEdit>
+#include <QProgressDialog>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -62,6 +68,30 @@ int main(int argc, char** argv) {
     window.show();
     if (!QTest::qWaitForWindowExposed(&window))
         std::fprintf(stderr, "the window never showed\n");
+
+    auto* bible = window.findChild<QDockWidget*>(QStringLiteral("biblePanelDock"));
+    window.showInBible(QString());
+    bible->raise();
+    save(bible, folder, "bible-before-search.png");
+    QSignalSpy shown(window.biblePanel(), &BiblePanel::resultsShown);
+    window.showInBible(QStringLiteral("frobnicate"));
+    shown.wait(10000);
+    save(bible, folder, "bible-no-results.png");
+
+    // The pool held, the backup waits, and its progress dialog shows as for a long one.
+    QTemporaryDir backups;
+    desktop::testing::PoolHold hold;
+    BackgroundTask* backup = window.commands().backUpTo(backups.path());
+    if (!QTest::qWaitFor([backup] { return backup->dialog() && backup->dialog()->isVisible(); }, 5000))
+        std::fprintf(stderr, "the progress dialog never showed\n");
+    QTest::qWait(300);
+    const QString progress = folder.filePath(QStringLiteral("background-progress.png"));
+    if (window.screen()->grabWindow(0).save(progress))
+        std::printf("%s\n", qPrintable(progress));
+    backup->cancel();
+    hold.release();
+    QTest::qWait(500);
+
     auto* companions = window.findChild<Companions*>(QStringLiteral("companions"));
     companions->preachDock()->show();
     companions->preachDock()->raise();

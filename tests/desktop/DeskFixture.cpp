@@ -1,8 +1,12 @@
 #include "desktop/DeskFixture.h"
 
+#include "desktop/shell/BackgroundTask.h"
 #include "platform/Preferences.h"
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
+
+#include <QThreadPool>
+#include <QtConcurrent>
 
 namespace quillon::desktop::testing {
 
@@ -31,6 +35,28 @@ void DeskFixture::reopen() {
     m_services.reset();
     m_services = std::make_unique<DeskServices>(preferencesFile(), root());
     m_services->load();
+}
+
+PoolHold::PoolHold() : m_pool(BackgroundTask::pool()), m_threads(m_pool.maxThreadCount()) {
+    for (int i = 0; i < m_threads; ++i)
+        m_held << QtConcurrent::run(&m_pool, [this] {
+            m_started.release();
+            m_gate.acquire();
+        });
+    m_started.acquire(m_threads);
+}
+
+PoolHold::~PoolHold() {
+    release();
+}
+
+void PoolHold::release() {
+    if (m_released)
+        return;
+    m_released = true;
+    m_gate.release(m_threads);
+    for (QFuture<void>& held : m_held)
+        held.waitForFinished();
 }
 
 model::SermonNote sermonTitled(const std::string& title, int minutesAgo, std::string series) {

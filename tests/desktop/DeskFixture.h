@@ -3,12 +3,16 @@
 #include "desktop/DeskServices.h"
 #include "model/SermonNote.h"
 
+#include <QFuture>
+#include <QList>
+#include <QSemaphore>
 #include <QTemporaryDir>
 
 #include <memory>
 #include <string>
 #include <vector>
 
+class QThreadPool;
 class QWidget;
 
 namespace quillon::desktop::testing {
@@ -28,6 +32,25 @@ public:
 private:
     QTemporaryDir m_folder;
     std::unique_ptr<DeskServices> m_services;
+};
+
+/// Holds every thread of the desk's pool for long work, so that work started meanwhile waits for
+/// release(): a test can then press Cancel before the work has begun, without racing it.
+class PoolHold {
+public:
+    PoolHold();
+    ~PoolHold();
+    PoolHold(const PoolHold&) = delete;
+    PoolHold& operator=(const PoolHold&) = delete;
+    void release();
+
+private:
+    QThreadPool& m_pool;
+    int m_threads;
+    QSemaphore m_started;
+    QSemaphore m_gate;
+    QList<QFuture<void>> m_held;
+    bool m_released = false;
 };
 
 /// A sermon titled `title` whose last change was `minutesAgo` before a fixed instant.

@@ -26,16 +26,28 @@ std::unique_ptr<QObject> makeNotificationTest();
 std::unique_ptr<QObject> makeCommandsTest();
 std::unique_ptr<QObject> makeKillTest();
 std::unique_ptr<QObject> makeOutletIndicatorTest();
+std::unique_ptr<QObject> makeBackgroundWorkTest();
 int runTypist(const std::filesystem::path& root, const std::filesystem::path& preferences);
 
 int main(int argc, char** argv) {
     const std::map<std::string, std::function<std::unique_ptr<QObject>()>> suites = {
-        {"sidebar", makeSidebarTest},          {"bible", makeBiblePanelTest},      {"window", makeWindowTest},
-        {"instance", makeInstanceTest},        {"editor", makeEditorTest},         {"outline", makeOutlineModelTest},
-        {"editing", makeEditingTest},          {"preach", makePreachPreviewTest},  {"settings", makeSettingsWindowTest},
-        {"assistant", makeAssistantSheetTest}, {"companions", makeCompanionsTest}, {"help", makeHelpDiagnosticsTest},
-        {"notify", makeNotificationTest},      {"commands", makeCommandsTest},     {"kill", makeKillTest},
+        {"sidebar", makeSidebarTest},
+        {"bible", makeBiblePanelTest},
+        {"window", makeWindowTest},
+        {"instance", makeInstanceTest},
+        {"editor", makeEditorTest},
+        {"outline", makeOutlineModelTest},
+        {"editing", makeEditingTest},
+        {"preach", makePreachPreviewTest},
+        {"settings", makeSettingsWindowTest},
+        {"assistant", makeAssistantSheetTest},
+        {"companions", makeCompanionsTest},
+        {"help", makeHelpDiagnosticsTest},
+        {"notify", makeNotificationTest},
+        {"commands", makeCommandsTest},
+        {"kill", makeKillTest},
         {"outlets", makeOutletIndicatorTest},
+        {"background", makeBackgroundWorkTest},
     };
     const bool typist = argc == 4 && std::string(argv[1]) == "typist";
     if (argc < 2 || (!suites.contains(argv[1]) && !typist)) {

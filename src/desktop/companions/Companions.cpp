@@ -13,7 +13,6 @@
 #include "desktop/palette/CommandPalette.h"
 #include "desktop/preach/PreachPreviewPanel.h"
 #include "desktop/settings/SettingsWindow.h"
-#include "desktop/shell/ExportRunner.h"
 #include "platform/Paths.h"
 
 #include <QAction>
@@ -125,11 +124,8 @@ void Companions::addHelp() {
 }
 
 void Companions::addNotifications() {
+    // Long work (BackgroundTask) finds the notifier among the window's children when it ends.
     m_notifier = new DesktopNotifier(m_window, this);
-    if (auto* exports = m_window.findChild<ExportRunner*>())
-        connect(exports, &ExportRunner::finished, this, [this](bool succeeded, const QString& file) {
-            m_notifier->notify(succeeded ? tr("Export Ready") : tr("Export Failed"), QFileInfo(file).fileName());
-        });
 }
 
 void Companions::addOnboarding() {

@@ -87,8 +87,7 @@ void ControllerDialogs::onSheet(int sheet, bool open) {
     case app::Sheet::restoreBackupConfirmation:
         confirm(
             QStringLiteral("restoreConfirmation"), tr("Restore?"), QString::fromStdString(controller.restoreQuestion()),
-            tr("Restore"), [&controller] { controller.confirmRestore(); },
-            [&controller] { controller.cancelRestore(); });
+            tr("Restore"), [this] { m_commands.restoreConfirmed(); }, [&controller] { controller.cancelRestore(); });
         break;
     default:
         break;

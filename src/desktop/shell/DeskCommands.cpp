@@ -13,7 +13,9 @@
 #include "desktop/sheets/PairingDialog.h"
 #include "desktop/sheets/TrashWindow.h"
 #include "desktop/sheets/VersionHistoryWindow.h"
+#include "desktop/shell/BackgroundTask.h"
 #include "desktop/shell/ExportRunner.h"
+#include "desktop/shell/RecordingImport.h"
 #include "desktop/shell/SermonPrinter.h"
 #include "desktop/sidebar/SermonSidebar.h"
 
@@ -46,6 +48,14 @@ constexpr ExportFile exportFiles[] = {
     {app::ExportFormat::markdown, "Markdown (*.md)", "md"},
 };
 
+/// The controller's last message, for the notification of work that finished behind other windows.
+std::optional<TaskNotice> noticeOf(const app::SermonNotesViewModel& controller) {
+    const auto& message = controller.lastStatus();
+    if (!message)
+        return std::nullopt;
+    return TaskNotice{QString::fromStdString(message->title), QString::fromStdString(message->detail)};
+}
+
 QString safeFileName(const std::string& title) {
     QString name = QString::fromStdString(title).trimmed();
     name.replace(QRegularExpression(QStringLiteral("[/\\\\:*?\"<>|]")), QStringLiteral("-"));
@@ -56,7 +66,8 @@ QString safeFileName(const std::string& title) {
 
 DeskCommands::DeskCommands(QWidget& window, DeskServices& services, SermonSidebar& sidebar, ExportRunner& exports)
     : QObject(&window), m_window(window), m_services(services), m_sidebar(sidebar), m_exports(exports),
-      m_printer(new SermonPrinter(window, services.controller(), services.verseText(), this)) {}
+      m_printer(new SermonPrinter(window, services.controller(), services.verseText(), this)),
+      m_recording(new RecordingImport(window, services)) {}
 
 DeskCommands::~DeskCommands() = default;
 
@@ -127,7 +138,11 @@ void DeskCommands::exportArchive() {
     QString file = QFileDialog::getSaveFileName(&m_window, tr("Export Library"), QStringLiteral("Quillon.vrnsermons"),
                                                 tr("Quillon library archive (*.vrnsermons)"));
     if (!file.isEmpty())
-        m_services.controller().exportLibraryArchive(file.toStdString());
+        exportArchiveTo(file);
+}
+
+bool DeskCommands::exportArchiveTo(const QString& file) {
+    return m_exports.startArchive(file.toStdString());
 }
 
 void DeskCommands::print() {
@@ -139,25 +154,70 @@ void DeskCommands::backUp() {
     app::SermonNotesViewModel& controller = m_services.controller();
     if (controller.store().sermons().empty()) {
         // The controller's own alert; no folder is asked for an empty library.
-        controller.backUp({});
+        controller.prepareBackUp({});
         return;
     }
     QString folder = QFileDialog::getExistingDirectory(&m_window, tr("Choose Backup Location"));
-    if (folder.isEmpty())
-        return;
+    if (!folder.isEmpty())
+        backUpTo(folder);
+}
+
+BackgroundTask* DeskCommands::backUpTo(const QString& folder, bool continueWhenLow) {
+    app::SermonNotesViewModel& controller = m_services.controller();
     m_backupFolder = folder.toStdString();
-    controller.backUp(*m_backupFolder);
+    auto job = controller.prepareBackUp(*m_backupFolder, continueWhenLow);
+    if (!job)
+        return nullptr;
+    return BackgroundTask::start<app::BackupOutcome>(
+        &m_window, tr("Backing up the library…"),
+        [&controller, job = std::move(*job)](std::stop_token stop, const BackgroundTask::Progress&) {
+            return controller.writeBackUp(job, stop);
+        },
+        [&controller](app::BackupOutcome outcome) -> std::optional<TaskNotice> {
+            if (outcome.cancelled)
+                return std::nullopt;
+            controller.finishBackUp(outcome);
+            return noticeOf(controller);
+        });
 }
 
 void DeskCommands::backUpAnyway() {
     if (m_backupFolder)
-        m_services.controller().backUp(*m_backupFolder, true);
+        backUpTo(QString::fromStdString(m_backupFolder->string()), true);
 }
 
 void DeskCommands::restore() {
     QString folder = QFileDialog::getExistingDirectory(&m_window, tr("Choose a Backup to Restore"));
     if (!folder.isEmpty())
-        m_services.controller().requestRestore(folder.toStdString());
+        restoreFrom(folder);
+}
+
+void DeskCommands::restoreFrom(const QString& folder) {
+    m_services.controller().requestRestore(folder.toStdString());
+}
+
+BackgroundTask* DeskCommands::restoreConfirmed() {
+    app::SermonNotesViewModel& controller = m_services.controller();
+    auto folder = controller.takeConfirmedRestore();
+    if (!folder)
+        return nullptr;
+    const QString name = QFileInfo(QString::fromStdString(folder->string())).fileName();
+    return BackgroundTask::start<app::RestoreRead>(
+        &m_window, tr("Reading “%1”…").arg(name),
+        [folder = *folder](std::stop_token stop, const BackgroundTask::Progress&) {
+            return app::SermonNotesViewModel::readBackup(folder, stop);
+        },
+        [&controller](app::RestoreRead read) -> std::optional<TaskNotice> {
+            // Cancelled while reading: the library was never touched.
+            if (read.cancelled)
+                return std::nullopt;
+            controller.finishRestore(std::move(read));
+            return noticeOf(controller);
+        });
+}
+
+void DeskCommands::newSermonFromRecording(const QString& file) {
+    m_recording->start(file);
 }
 
 void DeskCommands::duplicateSelected() {

@@ -12,9 +12,11 @@ class QWidget;
 
 namespace quillon::desktop {
 
+class BackgroundTask;
 class DeskServices;
 class ExportRunner;
 class MeshLink;
+class RecordingImport;
 class SermonPrinter;
 class SermonSidebar;
 
@@ -37,11 +39,23 @@ public:
     /// Exports the selected sermon to `file` in the background; false when none is selected.
     bool exportSelected(app::ExportFormat format, const QString& file);
     void exportArchive();
+    /// Writes the library archive to `file` in the background; false while an export runs.
+    bool exportArchiveTo(const QString& file);
     void print();
     void backUp();
+    /// Backs the library up into `folder` in the background; null when the controller's checks
+    /// stopped it (an empty library, a nearly full volume: it says why).
+    BackgroundTask* backUpTo(const QString& folder, bool continueWhenLow = false);
     /// The preacher chose to back up to a nearly full volume after all.
     void backUpAnyway();
     void restore();
+    /// Asks whether to restore from `folder`; nothing is replaced before the answer.
+    void restoreFrom(const QString& folder);
+    /// The preacher said yes: the backup is read in the background, then restored.
+    BackgroundTask* restoreConfirmed();
+    /// Transcribes a recording into a new draft sermon; a `file` given is used without asking.
+    void newSermonFromRecording(const QString& file = {});
+    RecordingImport& recordingImport() const { return *m_recording; }
     void duplicateSelected();
     void setPinned(bool pinned);
     void setHidden(bool hidden);
@@ -75,6 +89,7 @@ private:
     SermonSidebar& m_sidebar;
     ExportRunner& m_exports;
     SermonPrinter* m_printer = nullptr;
+    RecordingImport* m_recording = nullptr;
     MeshLink* m_mesh = nullptr;
     std::optional<std::filesystem::path> m_backupFolder;
 };

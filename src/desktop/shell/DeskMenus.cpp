@@ -101,6 +101,8 @@ void DeskMenus::buildFileMenu() {
     QMenu* file = menu(DeskMenu::file);
     add(DeskMenu::file, "newSermonAction", tr("&New Sermon…"), QKeySequence::New,
         [commands] { commands->newSermon(); });
+    add(DeskMenu::file, "newFromRecordingAction", tr("New Sermon from &Recording…"), {},
+        [commands] { commands->newSermonFromRecording(); });
     add(DeskMenu::file, "openAction", tr("&Open…"), QKeySequence::Open, [commands] { commands->openDocument(); });
     m_recent = file->addMenu(tr("Open &Recent"));
     m_recent->setObjectName(QStringLiteral("recentMenu"));
