@@ -2,6 +2,7 @@
 
 #include "platform/Paths.h"
 
+#include <localemgr.h>
 #include <swlog.h>
 #include <swmgr.h>
 #include <swmodule.h>
@@ -11,6 +12,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 namespace quillon::intelligence {
 
@@ -101,6 +103,14 @@ std::string plainText(const std::string& stripped) {
     return text;
 }
 
+/// libsword's locale manager reads every locale it finds (tens of megabytes) the first time a verse
+/// key is made. Passages are addressed here by their English book names, which its built-in locale
+/// knows, so it is given a manager over a folder that does not exist and holds that locale alone.
+void useOnlyTheBuiltInLocale() {
+    static std::once_flag once;
+    std::call_once(once, [] { sword::LocaleMgr::setSystemLocaleMgr(new sword::LocaleMgr("/nonexistent/")); });
+}
+
 } // namespace
 
 struct CommentaryLibrary::Sword {
@@ -141,6 +151,7 @@ std::vector<fs::path> CommentaryLibrary::defaultSearchPaths() {
 CommentaryLibrary::CommentaryLibrary(std::vector<fs::path> searchPaths) : m_sword(std::make_unique<Sword>()) {
     // libsword reports missing folders and modules on stderr; this program reports what it can use.
     sword::SWLog::getSystemLog()->setLogLevel(sword::SWLog::LOG_ERROR - 1);
+    useOnlyTheBuiltInLocale();
     for (const fs::path& path : searchPaths) {
         std::error_code error;
         if (!fs::is_directory(path / "mods.d", error))
