@@ -1,4 +1,5 @@
 #include "desktop/DeskFixture.h"
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "desktop/sidebar/SermonListModel.h"
 #include "desktop/sidebar/SermonSidebar.h"
 #include "store/SermonNotesManager.h"
@@ -127,6 +128,24 @@ private slots:
         QTest::keyClicks(child<QLineEdit>(&sidebar, "sidebarFilter"), "hop");
         QCOMPARE(titles(model), QStringList{"Hope"});
         QCOMPARE(child<QLabel>(&sidebar, "sermonCount")->text(), QStringLiteral("1 of 2 sermons"));
+        auto* empty = child<EmptyStateOverlay>(&sidebar, "sermonListEmpty");
+        QVERIFY(!empty->isShowing());
+        QTest::keyClicks(child<QLineEdit>(&sidebar, "sidebarFilter"), "zz");
+        QVERIFY(empty->isShowing());
+        QCOMPARE(empty->text(), QStringLiteral("No sermons match “hopzz”."));
+    }
+
+    void anEmptyListSaysWhetherTheLibraryIsNewOrAllHidden() {
+        auto hidden = sermonTitled("Hidden", 1);
+        DeskFixture desk({hidden});
+        desk.services().manager().setHidden(hidden.id, true);
+        SermonListModel model(desk.services().manager(), {});
+        SermonSidebar sidebar(model);
+        auto* empty = child<EmptyStateOverlay>(&sidebar, "sermonListEmpty");
+        QVERIFY(empty->isShowing());
+        QCOMPARE(empty->text(), QStringLiteral("Every sermon is hidden. Tick “Show hidden sermons” to see them."));
+        child<QCheckBox>(&sidebar, "showHiddenToggle")->setChecked(true);
+        QVERIFY(!empty->isShowing());
     }
 
     void clickingARowAsksForThatSermonOnce() {

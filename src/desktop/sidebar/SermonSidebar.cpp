@@ -1,5 +1,6 @@
 #include "desktop/sidebar/SermonSidebar.h"
 
+#include "desktop/shell/EmptyStateOverlay.h"
 #include "desktop/sidebar/SermonListDelegate.h"
 #include "desktop/sidebar/SermonListModel.h"
 
@@ -50,6 +51,8 @@ SermonSidebar::SermonSidebar(SermonListModel& model, QWidget* parent) : QWidget(
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->setSpacing(4);
+    m_empty = new EmptyStateOverlay(*m_list);
+    m_empty->setObjectName(QStringLiteral("sermonListEmpty"));
     layout->addWidget(m_filter);
     layout->addWidget(m_list, 1);
     layout->addWidget(m_showHidden);
@@ -82,7 +85,19 @@ void SermonSidebar::restoreCurrentAfterReset() {
     m_count->setText(m_model.rowCount() == m_model.totalCount()
                          ? (m_model.totalCount() == 1 ? tr("1 sermon") : tr("%1 sermons").arg(m_model.totalCount()))
                          : tr("%1 of %2 sermons").arg(m_model.rowCount()).arg(m_model.totalCount()));
+    updateEmptyText();
     showCurrent(m_current);
+}
+
+void SermonSidebar::updateEmptyText() {
+    // An empty sidebar is either a new library or a filter that matches nothing; say which.
+    QString filter = m_filter->text().trimmed();
+    if (!filter.isEmpty())
+        m_empty->setEmptyText(tr("No sermons match “%1”.").arg(filter));
+    else if (m_model.totalCount() > 0)
+        m_empty->setEmptyText(tr("Every sermon is hidden. Tick “Show hidden sermons” to see them."));
+    else
+        m_empty->setEmptyText(tr("No sermons yet. Choose File › New Sermon… to write one."));
 }
 
 void SermonSidebar::showCurrent(const std::optional<model::Uuid>& id) {

@@ -15,6 +15,7 @@ class QMenu;
 
 namespace quillon::desktop {
 
+class EmptyStateOverlay;
 class SermonListModel;
 
 /// The list of sermons at the window's side: filter field, the list (several rows may be
@@ -46,6 +47,7 @@ private:
     void onCurrentRowChanged();
     void onFilterChanged(const QString& text);
     void restoreCurrentAfterReset();
+    void updateEmptyText();
 
     SermonListModel& m_model;
     QLineEdit* m_filter = nullptr;
@@ -54,6 +56,7 @@ private:
     QLabel* m_count = nullptr;
     QLabel* m_syncStatus = nullptr;
     QLabel* m_storageRoot = nullptr;
+    EmptyStateOverlay* m_empty = nullptr;
     QMenu* m_contextMenu = nullptr;
     std::optional<model::Uuid> m_current;
     bool m_settingCurrent = false;
