@@ -1,6 +1,7 @@
 #include "app/RecordingToDraft.h"
 #include "ControllerHarness.h"
 #include "platform/PlatformWording.h"
+#include "support/SilentWav.h"
 #include "support/StubModelServer.h"
 
 #include <gtest/gtest.h>
@@ -24,22 +25,7 @@ protected:
         controller = &harness.open();
         flow = std::make_unique<RecordingToDraft>(*controller, *transcriber, nullptr, harness.clock);
         // Any readable audio will do: the server decides what was said.
-        recording = harness.folder.write("Easter_Sunday.wav", std::string(RecordingFlow::silentWav()));
-    }
-
-    static std::string silentWav() {
-        std::string samples(16000 * 2, '\0');
-        std::string wav = "RIFF";
-        auto put = [&](std::uint32_t value, int bytes) {
-            for (int i = 0; i < bytes; ++i)
-                wav += static_cast<char>((value >> (8 * i)) & 0xFF);
-        };
-        put(36 + static_cast<std::uint32_t>(samples.size()), 4);
-        wav += "WAVEfmt ";
-        put(16, 4), put(1, 2), put(1, 2), put(16000, 4), put(32000, 4), put(2, 2), put(16, 2);
-        wav += "data";
-        put(static_cast<std::uint32_t>(samples.size()), 4);
-        return wav + samples;
+        recording = harness.folder.write("Easter_Sunday.wav", quillon::testing::silentWav());
     }
 
     void says(const std::string& segmentsJson) {

@@ -15,6 +15,7 @@
 #include "desktop/shell/ExportRunner.h"
 #include "platform/PlatformWording.h"
 #include "speech/TranscriptionSettings.h"
+#include "support/SilentWav.h"
 #include "support/StubModelServer.h"
 
 #include <QAction>
@@ -73,37 +74,12 @@ bool ends(QPointer<BackgroundTask> task) {
     return QTest::qWaitFor([&task] { return task.isNull(); }, 20000);
 }
 
-QMessageBox* openBox(const char* name) {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* box = qobject_cast<QMessageBox*>(widget);
-            box && box->objectName() == QLatin1String(name) && box->isVisible())
-            return box;
-    }
-    return nullptr;
-}
-
 fs::path folderOf(const QTemporaryDir& dir) {
     return dir.path().toStdString();
 }
 
 bool isEmptyFolder(const fs::path& folder) {
     return fs::is_empty(folder);
-}
-
-/// Half a second of 16 kHz silence: the transcription server decides what was said.
-void writeSilentWav(const fs::path& file) {
-    std::string samples(16000, '\0');
-    std::string wav = "RIFF";
-    auto put = [&](std::uint32_t value, int bytes) {
-        for (int i = 0; i < bytes; ++i)
-            wav += static_cast<char>((value >> (8 * i)) & 0xFF);
-    };
-    put(36 + static_cast<std::uint32_t>(samples.size()), 4);
-    wav += "WAVEfmt ";
-    put(16, 4), put(1, 2), put(1, 2), put(16000, 4), put(32000, 4), put(2, 2), put(16, 2);
-    wav += "data";
-    put(static_cast<std::uint32_t>(samples.size()), 4);
-    std::ofstream(file, std::ios::binary) << wav << samples;
 }
 
 } // namespace
@@ -236,7 +212,7 @@ private slots:
         preferences.set(speech::TranscriptionSettings::modelFolderKey, (desk.fixture.root() / "no-model").string());
         QTemporaryDir out;
         const fs::path recording = folderOf(out) / "Easter_Sunday.wav";
-        writeSilentWav(recording);
+        std::ofstream(recording, std::ios::binary) << quillon::testing::silentWav(0.5);
         QVERIFY(desk.window->menus().command(QStringLiteral("newFromRecordingAction")));
 
         desk.window->commands().newSermonFromRecording(QString::fromStdString(recording.string()));

@@ -39,15 +39,6 @@ using namespace quillon::desktop::testing;
 
 namespace {
 
-QMessageBox* openBox(const char* name) {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* box = qobject_cast<QMessageBox*>(widget);
-            box && box->objectName() == QLatin1String(name) && box->isVisible())
-            return box;
-    }
-    return nullptr;
-}
-
 QAction* command(MainWindow& window, const char* name) {
     QAction* action = window.menus().command(QString::fromLatin1(name));
     if (!action)

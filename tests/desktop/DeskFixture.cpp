@@ -5,6 +5,8 @@
 #include "store/SermonNotesManager.h"
 #include "store/SermonStorage.h"
 
+#include <QApplication>
+#include <QMessageBox>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -72,6 +74,15 @@ model::SermonNote sermonTitled(const std::string& title, int minutesAgo, std::st
     if (!series.empty())
         sermon.series = std::move(series);
     return sermon;
+}
+
+QMessageBox* openBox(const char* name) {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* box = qobject_cast<QMessageBox*>(widget);
+            box && box->objectName() == QLatin1String(name) && box->isVisible())
+            return box;
+    }
+    return nullptr;
 }
 
 } // namespace quillon::desktop::testing

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+class QMessageBox;
 class QThreadPool;
 class QWidget;
 
@@ -55,6 +56,9 @@ private:
 
 /// A sermon titled `title` whose last change was `minutesAgo` before a fixed instant.
 model::SermonNote sermonTitled(const std::string& title, int minutesAgo = 0, std::string series = {});
+
+/// The visible message box named `name` (the controller's alerts and questions), if one is open.
+QMessageBox* openBox(const char* name);
 
 /// The child of `root` with `objectName` and type T; fails the running test when there is none.
 template <typename T>

@@ -48,15 +48,6 @@ void typeInto(QLineEdit* field, const QString& text) {
     QTest::keyClick(field, Qt::Key_Return);
 }
 
-QMessageBox* openBox(const char* name) {
-    for (QWidget* widget : QApplication::topLevelWidgets()) {
-        if (auto* box = qobject_cast<QMessageBox*>(widget);
-            box && box->objectName() == QLatin1String(name) && box->isVisible())
-            return box;
-    }
-    return nullptr;
-}
-
 /// A window over a library with one sermon "Living Hope" holding one topic, sub-topic and scripture.
 struct EditingDesk {
     model::SermonNote sermon = sermonTitled("Living Hope", 1);
