@@ -20,8 +20,21 @@ class NotificationService : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 public:
+    /// Serves on the session bus for its lifetime, so a failing test leaves the name free.
+    NotificationService() {
+        m_serving = m_bus.registerObject(path, this, QDBusConnection::ExportAllSlots) && m_bus.registerService(name);
+    }
+    ~NotificationService() override {
+        m_bus.unregisterService(name);
+        m_bus.unregisterObject(path);
+    }
+    bool isServing() const { return m_serving; }
+
     QStringList summaries;
     QString application;
+
+    static inline const QString name = QStringLiteral("org.freedesktop.Notifications");
+    static inline const QString path = QStringLiteral("/org/freedesktop/Notifications");
 
 public slots:
     uint Notify(const QString& app, uint, const QString&, const QString& summary, const QString& body,
@@ -30,6 +43,10 @@ public slots:
         summaries << summary + u'|' + body;
         return static_cast<uint>(summaries.size());
     }
+
+private:
+    QDBusConnection m_bus = QDBusConnection::sessionBus();
+    bool m_serving = false;
 };
 
 class NotificationTest : public QObject {
@@ -37,30 +54,22 @@ class NotificationTest : public QObject {
 
 private slots:
     void postsThroughTheNotificationServiceWhenTheWindowIsBehind() {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected())
+        if (!QDBusConnection::sessionBus().isConnected())
             QSKIP("no session bus; run under dbus-run-session");
         NotificationService service;
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
-                                   QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        QVERIFY(service.isServing());
         QWidget window;
         DesktopNotifier notifier(window);
         QVERIFY(notifier.notify(QStringLiteral("Export Ready"), QStringLiteral("Grace.docx")));
         QTRY_COMPARE(service.summaries, QStringList{QStringLiteral("Export Ready|Grace.docx")});
         QCOMPARE(service.application, QStringLiteral("Quillon"));
-        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
     }
 
     void longWorkThatEndsBehindOtherWindowsIsAnnouncedWithTheControllersWords() {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected())
+        if (!QDBusConnection::sessionBus().isConnected())
             QSKIP("no session bus; run under dbus-run-session");
         NotificationService service;
-        QVERIFY(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &service,
-                                   QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+        QVERIFY(service.isServing());
         DeskFixture desk({sermonTitled("Grace Abounding")});
         MainWindow window(desk.services());
         QTemporaryDir out;
@@ -69,8 +78,6 @@ private slots:
         QVERIFY(backup);
         QTRY_COMPARE_WITH_TIMEOUT(service.summaries, QStringList{QStringLiteral("Backup Complete|Saved 1 sermon")},
                                   20000);
-        bus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        bus.unregisterObject(QStringLiteral("/org/freedesktop/Notifications"));
     }
 };
 
