@@ -1,14 +1,12 @@
-#include "cli/Cli.h"
 #include "cli/Commands.h"
+#include "cli/LibraryRun.h"
 
 #include "model/SermonCoding.h"
 #include "model/SermonDocument.h"
 #include "platform/AtomicFile.h"
 #include "platform/Preferences.h"
 #include "store/SermonNotesManager.h"
-#include "support/ScopedEnvironment.h"
 #include "support/SermonFixtures.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -21,27 +19,10 @@ namespace fs = std::filesystem;
 using model::SermonNote;
 using testing::makeSermon;
 
-struct CliRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-/// Every run uses a library and preferences inside one temporary folder.
-class LibraryCommandTest : public ::testing::Test {
+/// These tests count the sermons they put there, so the sample sermons stay out.
+class LibraryCommandTest : public testing::LibraryRun {
 protected:
-    // These tests count the sermons they put there, so the sample sermons stay out.
-    LibraryCommandTest() {
-        folder.write("config/Quillon/preferences.json", R"({"Quillon.sampleSermonsHidden": true})");
-    }
-
-    CliRun run(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"--library", library().string()});
-        std::ostringstream out, err;
-        int status = runCli(arguments, out, err);
-        return {status, out.str(), err.str()};
-    }
-    fs::path library() const { return folder / "library"; }
+    using CliRun = Result;
     fs::path sermonFile(const model::Uuid& id) const { return library() / "Sermons" / (id.text() + ".json"); }
     SermonNote seed(const SermonNote& sermon) {
         folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
@@ -52,10 +33,6 @@ protected:
         return static_cast<std::size_t>(
             std::distance(fs::directory_iterator(library() / "Sermons", ignored), fs::directory_iterator()));
     }
-
-    testing::TemporaryFolder folder;
-    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", (folder / "config").string()};
-    testing::ScopedEnvironment data{"XDG_DATA_HOME", (folder / "data").string()};
 };
 
 TEST_F(LibraryCommandTest, listOfAFreshLibrary) {
