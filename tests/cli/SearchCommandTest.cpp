@@ -1,12 +1,10 @@
-#include "cli/Cli.h"
+#include "cli/LibraryRun.h"
 
 #include "model/SermonCoding.h"
 #include "platform/Preferences.h"
 #include "support/LogCapture.h"
-#include "support/ScopedEnvironment.h"
 #include "support/SermonFixtures.h"
 #include "support/StubModelServer.h"
-#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -18,17 +16,10 @@
 namespace quillon::cli {
 namespace {
 
-struct SearchRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-class SearchCommandTest : public ::testing::Test {
+/// The results are exact, so the sample sermons stay out of the library.
+class SearchCommandTest : public testing::LibraryRun {
 protected:
-    // The results are exact, so the sample sermons stay out of the library.
     SearchCommandTest() {
-        folder.write("config/Quillon/preferences.json", R"({"Quillon.sampleSermonsHidden": true})");
         auto forgiving = testing::makeSermon("Seventy Times Seven");
         forgiving.series = "Matthew";
         forgiving.notes = "Peter asked how often to forgive. Forgiveness has no ledger.";
@@ -42,16 +33,6 @@ protected:
         m_tender = tender.id.text();
     }
 
-    SearchRun run(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"--library", (folder / "library").string()});
-        std::ostringstream out, err;
-        const int status = runCli(arguments, out, err);
-        return {status, out.str(), err.str()};
-    }
-
-    testing::TemporaryFolder folder;
-    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", (folder / "config").string()};
-    testing::ScopedEnvironment data{"XDG_DATA_HOME", (folder / "data").string()};
     std::string m_forgiving;
     std::string m_tender;
 };
