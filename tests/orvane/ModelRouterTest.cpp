@@ -236,63 +236,22 @@ TEST(IntelligenceFeatureRun, everyPathEndsInAValueWithTheRightPathAndLabel) {
         IntelligencePath path;
         bool label;
     };
-    IntelligencePolicy unlabelled = IntelligencePolicy::onDeviceOnly();
+    const IntelligencePolicy device = IntelligencePolicy::onDeviceOnly();
+    IntelligencePolicy unlabelled = device;
     unlabelled.requiresGeneratedLabel = false;
+    const IntelligenceAvailability up{ready(), ready(), ready()};
+    const IntelligenceReadiness down = off(Reason::disabledByOperator());
+    const IntelligenceAvailability switchedOff{down, down, down};
+    const IntelligencePath generated = IntelligencePath::generated(Kind::onDevice);
     const Case cases[] = {
-        {"generated",
-         {ready(), ready(), ready()},
-         true,
-         false,
-         false,
-         IntelligencePolicy::onDeviceOnly(),
-         "generated:x",
-         IntelligencePath::generated(Kind::onDevice),
-         true},
-        {"generated without label",
-         {ready(), ready(), ready()},
-         true,
-         false,
-         false,
-         unlabelled,
-         "generated:x",
-         IntelligencePath::generated(Kind::onDevice),
-         false},
-        {"operator switched off",
-         {off(Reason::disabledByOperator()), off(Reason::disabledByOperator()), off(Reason::disabledByOperator())},
-         true,
-         false,
-         false,
-         IntelligencePolicy::onDeviceOnly(),
-         "fallback:in",
-         IntelligencePath::fallback(Reason::disabledByOperator()),
-         false},
-        {"nothing registered",
-         {ready(), ready(), ready()},
-         false,
-         false,
-         false,
-         IntelligencePolicy::onDeviceOnly(),
-         "fallback:in",
-         IntelligencePath::fallback(Reason::notConfigured()),
-         false},
-        {"backend fails",
-         {ready(), ready(), ready()},
-         true,
-         true,
-         false,
-         IntelligencePolicy::onDeviceOnly(),
-         "fallback:in",
-         IntelligencePath::fallback(),
-         false},
-        {"reply rejected",
-         {ready(), ready(), ready()},
-         true,
-         false,
-         true,
-         IntelligencePolicy::onDeviceOnly(),
-         "fallback:in",
-         IntelligencePath::fallback(),
-         false},
+        {"generated", up, true, false, false, device, "generated:x", generated, true},
+        {"generated without label", up, true, false, false, unlabelled, "generated:x", generated, false},
+        {"operator switched off", switchedOff, true, false, false, device, "fallback:in",
+         IntelligencePath::fallback(Reason::disabledByOperator()), false},
+        {"nothing registered", up, false, false, false, device, "fallback:in",
+         IntelligencePath::fallback(Reason::notConfigured()), false},
+        {"backend fails", up, true, true, false, device, "fallback:in", IntelligencePath::fallback(), false},
+        {"reply rejected", up, true, false, true, device, "fallback:in", IntelligencePath::fallback(), false},
     };
     for (const Case& test : cases) {
         std::vector<std::shared_ptr<IntelligenceBackendProviding>> backends;
