@@ -1,6 +1,7 @@
 #include "store/SermonVersionHistory.h"
 
 #include "support/FakeClock.h"
+#include "support/SermonFixtures.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -12,14 +13,20 @@ using quillon::model::Uuid;
 using quillon::platform::Preferences;
 using quillon::store::SermonVersionHistory;
 using quillon::testing::FakeClock;
+using quillon::testing::makeSermon;
 using quillon::testing::TemporaryFolder;
 
-SermonNote sermonTitled(const std::string& title, Uuid id = Uuid::random()) {
-    SermonNote sermon;
-    sermon.id = id;
-    sermon.title = title;
-    return sermon;
-}
+/// A history in a temporary folder on a fake clock; `storedKey` set to `stored` when given.
+struct History {
+    History(const char* storedKey = nullptr, std::optional<double> stored = std::nullopt) {
+        if (storedKey && stored)
+            preferences.set(storedKey, *stored);
+    }
+    TemporaryFolder root;
+    FakeClock clock;
+    Preferences preferences = Preferences::inMemory();
+    SermonVersionHistory history{root.path(), preferences, clock};
+};
 
 TEST(SermonVersionHistory, takesAtMostOneSnapshotPerInterval) {
     struct Case {
@@ -38,33 +45,25 @@ TEST(SermonVersionHistory, takesAtMostOneSnapshotPerInterval) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        TemporaryFolder root;
-        FakeClock clock;
-        Preferences preferences = Preferences::inMemory();
-        if (c.storedInterval)
-            preferences.set(SermonVersionHistory::snapshotIntervalKey, *c.storedInterval);
-        SermonVersionHistory history(root.path(), preferences, clock);
-
-        SermonNote sermon = sermonTitled("First");
-        history.recordSnapshot(sermon);
-        clock.advance(c.gap);
+        History h(SermonVersionHistory::snapshotIntervalKey, c.storedInterval);
+        SermonNote sermon = makeSermon("First");
+        h.history.recordSnapshot(sermon);
+        h.clock.advance(c.gap);
         sermon.title = "Second";
-        history.recordSnapshot(sermon);
-        EXPECT_EQ(history.snapshots(sermon.id).size(), c.expected);
+        h.history.recordSnapshot(sermon);
+        EXPECT_EQ(h.history.snapshots(sermon.id).size(), c.expected);
     }
 }
 
 TEST(SermonVersionHistory, listsNewestFirstAndFindsOneByIdentity) {
-    TemporaryFolder root;
-    FakeClock clock;
-    Preferences preferences = Preferences::inMemory();
-    SermonVersionHistory history(root.path(), preferences, clock);
-    SermonNote sermon = sermonTitled("Draft 1");
+    History h;
+    auto& [root, clock, preferences, history] = h;
+    SermonNote sermon = makeSermon("Draft 1");
     history.recordSnapshot(sermon);
     clock.advance(10min);
     sermon.title = "Draft 2";
     history.recordSnapshot(sermon);
-    history.recordSnapshot(sermonTitled("Another sermon"));
+    history.recordSnapshot(makeSermon("Another sermon"));
     root.write("Versions/" + sermon.id.text() + "/" + Uuid::random().text() + ".json", "{ broken");
 
     auto snapshots = history.snapshots(sermon.id);
@@ -86,13 +85,9 @@ TEST(SermonVersionHistory, prunesToTheNewestSnapshotsUpToTheCap) {
         std::size_t kept;
     };
     for (const Case& c : {Case{std::nullopt, 51, 50}, Case{0.0, 51, 50}, Case{3.0, 5, 3}}) {
-        TemporaryFolder root;
-        FakeClock clock;
-        Preferences preferences = Preferences::inMemory();
-        if (c.storedCap)
-            preferences.set(SermonVersionHistory::maxVersionsKey, *c.storedCap);
-        SermonVersionHistory history(root.path(), preferences, clock);
-        SermonNote sermon = sermonTitled("");
+        History h(SermonVersionHistory::maxVersionsKey, c.storedCap);
+        auto& [root, clock, preferences, history] = h;
+        SermonNote sermon = makeSermon("");
         for (int index = 0; index < c.recorded; ++index) {
             sermon.title = "Version " + std::to_string(index);
             history.recordSnapshot(sermon);
@@ -110,7 +105,7 @@ TEST(SermonVersionHistory, aSnapshotThatCannotBeWrittenIsDroppedSilently) {
     root.write("Versions", "a file where the folder should be");
     Preferences preferences = Preferences::inMemory();
     SermonVersionHistory history(root.path(), preferences);
-    SermonNote sermon = sermonTitled("Kept anyway");
+    SermonNote sermon = makeSermon("Kept anyway");
     EXPECT_NO_THROW(history.recordSnapshot(sermon));
     EXPECT_TRUE(history.snapshots(sermon.id).empty());
 }
