@@ -53,10 +53,9 @@ TEST(SentenceEmbedding, addsVectorsOfDifferentLengthOverTheFirstVectorsShape) {
 TEST(SentenceEmbedding, givesNothingWithoutAProviderOrWithoutAnyVector) {
     EXPECT_FALSE(SentenceEmbedding(nullptr).vector("Grace abounds."));
     auto provider = std::make_shared<TableProvider>(std::map<std::string, std::vector<double>>{});
-    const SentenceEmbedding embedding(provider, SearchHit::Match::word);
+    const SentenceEmbedding embedding(provider);
     EXPECT_FALSE(embedding.vector("Nothing known here."));
     EXPECT_FALSE(embedding.vector("   \n  "));
-    EXPECT_EQ(embedding.match(), SearchHit::Match::word);
     // This platform has no built-in sentence embedding; indexes fall back to lexical ranking.
     EXPECT_EQ(SentenceEmbedding::english(), nullptr);
 }
