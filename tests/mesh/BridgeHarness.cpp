@@ -4,9 +4,21 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace quillon::testing {
 
 using namespace std::chrono_literals;
+
+bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
+    auto deadline = std::chrono::steady_clock::now() + timeout;
+    while (std::chrono::steady_clock::now() < deadline) {
+        if (condition())
+            return true;
+        std::this_thread::sleep_for(10ms);
+    }
+    return condition();
+}
 
 mesh::MeshSettings BridgeHarness::quietSettings() {
     mesh::MeshSettings settings;

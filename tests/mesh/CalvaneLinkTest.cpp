@@ -15,6 +15,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::BridgeHarness;
+using testing::eventually;
 using testing::LogCapture;
 namespace asio = boost::asio;
 namespace websocket = boost::beast::websocket;
@@ -52,12 +53,6 @@ private:
     asio::ip::tcp::acceptor m_acceptor;
     std::unique_ptr<websocket::stream<asio::ip::tcp::socket>> m_socket;
 };
-
-bool eventually(const std::function<bool()>& condition) {
-    for (int i = 0; i < 500 && !condition(); ++i)
-        std::this_thread::sleep_for(10ms);
-    return condition();
-}
 
 TEST(CalvaneLink, linksShowsScriptureSurvivesADropAndReportsRejections) {
     LogCapture log;
