@@ -16,12 +16,10 @@ TEST(InverseDocumentFrequency, rareTermsWeighMoreAndNothingIsNegative) {
     EXPECT_DOUBLE_EQ(idf.weights.at("odd"), std::log(11.0));
     EXPECT_DOUBLE_EQ(idf.unseen, std::log(11.0));
     EXPECT_DOUBLE_EQ(idf.weight("missing", 7.0), 7.0);
-}
-
-TEST(InverseDocumentFrequency, anEmptyCollectionCountsAsOneDocument) {
-    const auto idf = InverseDocumentFrequency::make(0, {{"word", 1}});
-    EXPECT_DOUBLE_EQ(idf.weights.at("word"), std::log(2.0));
-    EXPECT_DOUBLE_EQ(idf.unseen, std::log(2.0));
+    // An empty collection counts as one document.
+    const auto empty = InverseDocumentFrequency::make(0, {{"word", 1}});
+    EXPECT_DOUBLE_EQ(empty.weights.at("word"), std::log(2.0));
+    EXPECT_DOUBLE_EQ(empty.unseen, std::log(2.0));
 }
 
 } // namespace
