@@ -1,4 +1,5 @@
 #include "cli/Cli.h"
+#include "cli/LibraryRun.h"
 #include "model/SermonCoding.h"
 #include "platform/Preferences.h"
 #include "preach/PreachPaceLearner.h"
@@ -102,20 +103,14 @@ TEST(CommentaryCommand, showsTheGeneratedAnswerOrTheExtracts) {
 }
 
 /// A library of one sermon and preferences pointing at `endpoint`, all inside one temporary folder.
-class LibraryIntelligenceTest : public ::testing::Test {
+class LibraryIntelligenceTest : public testing::LibraryRun {
 protected:
-    CommandRun run(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {"--library", (folder / "library").string()});
-        return quillon(arguments);
-    }
+    LibraryIntelligenceTest() : LibraryRun(false) {}
     void useEndpoint(const std::string& endpoint) {
         platform::Preferences(folder / "config" / "Quillon" / "preferences.json")
             .set("Quillon.intelligence.endpoint", endpoint);
     }
 
-    testing::TemporaryFolder folder;
-    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", (folder / "config").string()};
-    testing::ScopedEnvironment data{"XDG_DATA_HOME", (folder / "data").string()};
     model::SermonNote sermon = [this] {
         model::SermonNote note = testing::makeSermon("Love that gives");
         folder.write("library/Sermons/" + note.id.text() + ".json", model::encodeSermonFile(note));
@@ -123,37 +118,25 @@ protected:
     }();
 };
 
-TEST_F(LibraryIntelligenceTest, askShowsTracedPointsOrTheSourcesWithTheReason) {
+TEST_F(LibraryIntelligenceTest, askShowsTracedPoints) {
     StubModelServer server;
     server.queueChat(Behaviour::reply("1 || Love gives before it is asked."));
     useEndpoint(server.endpoint());
-    CommandRun generated = run({"ask", "love"});
+    auto generated = run({"ask", "love"});
     EXPECT_EQ(generated.status, 0) << generated.err;
     EXPECT_TRUE(generated.out.starts_with("[Generated] Every point below is answered by the source shown beneath "
                                           "it.\n\nLove gives before it is asked.\n  — "))
         << generated.out;
-
-    useEndpoint("http://127.0.0.1:1/v1");
-    CommandRun fallback = run({"ask", "love"});
-    EXPECT_EQ(fallback.status, 0) << fallback.err;
-    EXPECT_TRUE(fallback.out.starts_with("No model was available to write an answer"));
-    EXPECT_NE(fallback.out.find("Quillon could not reach the local model server at http://127.0.0.1:1/v1.\n"),
-              std::string::npos)
-        << fallback.out;
-    EXPECT_EQ(fallback.out.find("[Generated]"), std::string::npos);
 }
 
 TEST_F(LibraryIntelligenceTest, preachTimeEstimatesAndPaceRecordStoresTheObservation) {
     useEndpoint("http://127.0.0.1:1/v1");
-    CommandRun estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
+    auto estimate = run({"preach-time", sermon.id.text().substr(0, 8)});
     EXPECT_EQ(estimate.status, 0) << estimate.err;
-    EXPECT_TRUE(
-        estimate.out.starts_with("Every section counted as prose or scripture reading.\nQuillon could not reach "
-                                 "the local model server at http://127.0.0.1:1/v1.\nAbout 1 min to preach\n"))
-        << estimate.out;
+    EXPECT_NE(estimate.out.find("\nAbout 1 min to preach\n"), std::string::npos) << estimate.out;
     EXPECT_NE(estimate.out.find("  The love of God — 7 words, prose\n"), std::string::npos) << estimate.out;
 
-    CommandRun recorded = run({"pace", "record", sermon.id.text(), "2.5"});
+    auto recorded = run({"pace", "record", sermon.id.text(), "2.5"});
     EXPECT_EQ(recorded.status, 0) << recorded.err;
     auto observations = preach::PreachPaceLearner::storedObservations(
         platform::Preferences(folder / "config" / "Quillon" / "preferences.json"));
@@ -203,7 +186,7 @@ TEST_F(LibraryIntelligenceTest, preachTimeSaysWhoLabelledTheSectionsAndWhyNoMode
             .set("Quillon.intelligenceDisabled", test.disabled);
         if (test.reply)
             server.queueChat(Behaviour::reply(*test.reply));
-        CommandRun estimate = run({"preach-time", sermon.id.text()});
+        auto estimate = run({"preach-time", sermon.id.text()});
         EXPECT_EQ(estimate.status, 0) << test.name << estimate.err;
         EXPECT_TRUE(estimate.out.starts_with(test.header + "About ")) << test.name << ":\n" << estimate.out;
         EXPECT_EQ(estimate.out.find(", list\n") != std::string::npos, test.listed) << test.name;
