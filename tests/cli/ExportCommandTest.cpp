@@ -13,19 +13,6 @@ namespace quillon::cli {
 
 namespace {
 
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome run(const std::vector<std::string>& arguments) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = runCli(arguments, out, err);
-    return {status, out.str(), err.str()};
-}
-
 class ExportCommandTest : public testing::LibraryRun {
 protected:
     model::SermonNote seedSample() {
@@ -62,8 +49,8 @@ TEST_F(ExportCommandTest, findsTheSermonInTheSyncFolderChosenInPreferences) {
     folder.write("config/Quillon/preferences.json",
                  R"({"Quillon.sampleSermonsHidden": true, "Quillon.storage.syncFolder": ")" + synced.string() + "\"}");
     const auto target = folder / "from sync.md";
-    const auto outcome = ::quillon::cli::run({"export", sermon.id.text(), "--format", "md", "-o", target.string()});
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    std::ostringstream out, err;
+    EXPECT_EQ(runCli({"export", sermon.id.text(), "--format", "md", "-o", target.string()}, out, err), 0) << err.str();
     EXPECT_TRUE(testing::readText(target).starts_with("# Grace & Truth"));
 }
 
