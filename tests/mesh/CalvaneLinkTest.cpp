@@ -54,11 +54,17 @@ private:
     std::unique_ptr<websocket::stream<asio::ip::tcp::socket>> m_socket;
 };
 
+/// Quiet settings that dial `calvane`.
+MeshSettings dialling(const FakeCalvane& calvane) {
+    auto settings = BridgeHarness::quietSettings();
+    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    return settings;
+}
+
 TEST(CalvaneLink, linksShowsScriptureSurvivesADropAndReportsRejections) {
     LogCapture log;
     FakeCalvane calvane;
-    auto settings = BridgeHarness::quietSettings();
-    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto settings = dialling(calvane);
     settings.calvaneFirstRetry = 50ms;
     settings.calvaneRetryCeiling = 200ms;
     auto harness = std::make_unique<BridgeHarness>(settings);
@@ -104,8 +110,7 @@ TEST(CalvaneLink, linksShowsScriptureSurvivesADropAndReportsRejections) {
 
 TEST(CalvaneLink, retriesDoubleUpToTheCeilingAndStartOverOnceLinked) {
     FakeCalvane calvane;
-    auto settings = BridgeHarness::quietSettings();
-    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto settings = dialling(calvane);
     settings.calvaneFirstRetry = 100ms;
     settings.calvaneRetryCeiling = 1000ms;
     auto harness = std::make_unique<BridgeHarness>(settings);
@@ -134,8 +139,7 @@ TEST(CalvaneLink, aCalvaneThatNeverLinksIsDroppedAndDialledAgain) {
     for (bool upgrades : {false, true}) {
         LogCapture log;
         FakeCalvane calvane;
-        auto settings = BridgeHarness::quietSettings();
-        settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+        auto settings = dialling(calvane);
         settings.calvaneFirstRetry = 50ms;
         settings.calvaneHandshakeTimeout = 300ms;
         auto harness = std::make_unique<BridgeHarness>(settings);
@@ -155,8 +159,7 @@ TEST(CalvaneLink, aCalvaneThatNeverLinksIsDroppedAndDialledAgain) {
 
 TEST(CalvaneLink, framesWaitForLinkedAndARepeatedLinkedSendsNothingAgain) {
     FakeCalvane calvane;
-    auto settings = BridgeHarness::quietSettings();
-    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto settings = dialling(calvane);
     auto harness = std::make_unique<BridgeHarness>(settings);
     calvane.accept();
     // Announced before "linked": not sent, but shown once the link is accepted.
@@ -177,8 +180,7 @@ TEST(CalvaneLink, framesWaitForLinkedAndARepeatedLinkedSendsNothingAgain) {
 TEST(CalvaneLink, aCalvaneThatStopsReadingIsDroppedNotQueuedForEver) {
     LogCapture log;
     FakeCalvane calvane;
-    auto settings = BridgeHarness::quietSettings();
-    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto settings = dialling(calvane);
     settings.calvaneFirstRetry = 50ms;
     auto harness = std::make_unique<BridgeHarness>(settings);
     calvane.accept();
@@ -202,8 +204,7 @@ TEST(CalvaneLink, aCalvaneThatStopsReadingIsDroppedNotQueuedForEver) {
 TEST(CalvaneLink, aLinkedCalvaneThatFallsSilentIsDroppedAndDialledAgain) {
     LogCapture log;
     FakeCalvane calvane;
-    auto settings = BridgeHarness::quietSettings();
-    settings.calvaneAddress = "127.0.0.1:" + std::to_string(calvane.port());
+    auto settings = dialling(calvane);
     settings.calvaneFirstRetry = 50ms;
     settings.calvaneIdleTimeout = 400ms;
     auto harness = std::make_unique<BridgeHarness>(settings);
