@@ -39,14 +39,6 @@ void fill(const fs::path& file) {
     ::close(fd);
 }
 
-std::vector<std::string> entries(const fs::path& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
-        names.push_back(it->path().filename().string());
-    return names;
-}
-
 /// The scenario, in the child that owns the mount namespace. Returns the problems found.
 std::string onAFullDisk(const fs::path& disk) {
     std::string problems;
@@ -71,7 +63,7 @@ std::string onAFullDisk(const fs::path& disk) {
               "the failed save was not logged at level error");
     }
     check(platform::readFile(storage.sermonFile(sermon.id)) == before, "the sermon file changed");
-    check(entries(storage.sermonsFolder()).size() == 1, "the failed save left a file in the sermon folder");
+    check(testing::entryNames(storage.sermonsFolder()).size() == 1, "the failed save left a file in the sermon folder");
 
     SermonBackupManager backups([&] { return storage.mediaFolder(); }, preferences);
     try {
@@ -89,7 +81,7 @@ std::string onAFullDisk(const fs::path& disk) {
     } catch (const exports::ExportError& failure) {
         check(!std::string(failure.what()).empty(), "the export failed without a sentence");
     }
-    check(entries(disk / "Exports").empty(), "a backup or export left something behind");
+    check(testing::entryNames(disk / "Exports").empty(), "a backup or export left something behind");
     return problems;
 }
 

@@ -74,14 +74,6 @@ std::string describe(const Refusal& refusal) {
            " fails with " + std::strerror(refusal.error);
 }
 
-std::vector<std::string> entries(const fs::path& folder) {
-    std::vector<std::string> names;
-    std::error_code error;
-    for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
-        names.push_back(it->path().filename().string());
-    return names;
-}
-
 struct Library {
     quillon::testing::TemporaryFolder folder;
     platform::Preferences preferences = platform::Preferences::inMemory();
@@ -116,7 +108,7 @@ TEST(IoFault, aRefusedSaveKeepsTheOldFileAndIsLoggedAsAnError) {
             EXPECT_EQ(after, before);
         }
         EXPECT_NE(after.find("For God so loved"), std::string::npos) << "the file is not whole";
-        EXPECT_EQ(entries(library.storage.sermonsFolder()).size(), 1u);
+        EXPECT_EQ(testing::entryNames(library.storage.sermonsFolder()).size(), 1u);
         EXPECT_EQ(library.manager.sermon(edited.id)->notes, edited.notes) << "the edit was lost in memory";
     }
     EXPECT_TRUE(library.manager.update(edited));
@@ -143,7 +135,7 @@ TEST(IoFault, aRefusedBackupSaysWhyAndLeavesNoPartOfItself) {
                 sentence = failure.what();
             }
         }
-        const auto left = entries(exports);
+        const auto left = testing::entryNames(exports);
         // A cover image that cannot be copied is left out; the backup still has every sermon.
         const bool imageCopy = refusal.file.filename() == *withCover.coverImageFileName;
         EXPECT_EQ(written.has_value(), imageCopy) << sentence;
@@ -191,7 +183,7 @@ TEST(IoFault, aRefusedExportReportsItsSentenceAndLeavesNoFile) {
         }
         EXPECT_FALSE(archived);
         EXPECT_TRUE(log.contains("error: Failed to write the sermon archive"));
-        for (const auto& name : entries(exports)) {
+        for (const auto& name : testing::entryNames(exports)) {
             EXPECT_EQ(refusal.step, FileStep::syncFolder) << name << " was left behind";
             fs::remove(exports / name);
         }

@@ -23,6 +23,7 @@ using quillon::store::BackupError;
 using quillon::store::RestoreResult;
 using quillon::store::SermonBackupManager;
 using quillon::store::VolumeFigures;
+using quillon::testing::entryNames;
 using quillon::testing::FakeClock;
 using quillon::testing::TemporaryFolder;
 
@@ -33,15 +34,6 @@ SermonNote sermonWithCover(const std::string& title, bool cover) {
     if (cover)
         sermon.coverImageFileName = sermon.id.text() + "_cover.jpg";
     return sermon;
-}
-
-std::vector<std::string> namesIn(const fs::path& folder) {
-    std::vector<std::string> names;
-    std::error_code ignored;
-    for (fs::directory_iterator it(folder, ignored), end; it != end; it.increment(ignored))
-        names.push_back(it->path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 /// A library's media folder and a manager working on it, with an importer that records its input.
@@ -71,9 +63,9 @@ TEST(SermonBackupManager, backsUpAndRestoresSermonsWithTheirCoverImages) {
     EXPECT_EQ(backup.parent_path(), destination / "Backups");
     EXPECT_EQ(backup.filename().string(), SermonBackupManager::backupFolderName(source.clock.now()));
     EXPECT_TRUE(backup.filename().string().starts_with("Quillon Backup "));
-    EXPECT_EQ(namesIn(destination / "Backups"), std::vector<std::string>{backup.filename().string()});
-    EXPECT_EQ(namesIn(backup), (std::vector<std::string>{"Media", "manifest.json", "sermons.json"}));
-    EXPECT_EQ(namesIn(backup / "Media"), std::vector<std::string>{*withCover.coverImageFileName});
+    EXPECT_EQ(entryNames(destination / "Backups"), std::vector<std::string>{backup.filename().string()});
+    EXPECT_EQ(entryNames(backup), (std::vector<std::string>{"Media", "manifest.json", "sermons.json"}));
+    EXPECT_EQ(entryNames(backup / "Media"), std::vector<std::string>{*withCover.coverImageFileName});
 
     const auto manifest = nlohmann::ordered_json::parse(quillon::testing::readText(backup / "manifest.json"));
     std::vector<std::string> keys;
@@ -98,7 +90,7 @@ TEST(SermonBackupManager, backsUpAndRestoresSermonsWithTheirCoverImages) {
     result = target.manager.restore(backup, target.importer);
     EXPECT_EQ(result.coverImagesRestored, 0);
     EXPECT_EQ(quillon::testing::readText(target.root / "Media" / *withCover.coverImageFileName), "EDITED");
-    EXPECT_EQ(namesIn(target.root / "Media"), std::vector<std::string>{*withCover.coverImageFileName});
+    EXPECT_EQ(entryNames(target.root / "Media"), std::vector<std::string>{*withCover.coverImageFileName});
 }
 
 TEST(SermonBackupManager, refusesWhatIsNotABackupWithItsSentence) {
@@ -111,7 +103,7 @@ TEST(SermonBackupManager, refusesWhatIsNotABackupWithItsSentence) {
         EXPECT_EQ(error.kind(), BackupError::Kind::noSermonsToBackUp);
         EXPECT_STREQ(error.what(), "There are no sermons to back up.");
     }
-    EXPECT_TRUE(namesIn(destination.path()).empty());
+    EXPECT_TRUE(entryNames(destination.path()).empty());
 
     destination.write("Only manifest/manifest.json", SermonBackupManager::encodeManifest({}));
     try {
@@ -141,11 +133,11 @@ TEST(SermonBackupManager, restoresOnlyPlainFilesIntoTheMediaFolder) {
     RestoreResult result = library.manager.restore(backup.path(), library.importer);
     EXPECT_EQ(result.coverImagesRestored, 1);
     EXPECT_FALSE(result.manifest);
-    EXPECT_EQ(namesIn(library.root / "Media"), std::vector<std::string>{"good.jpg"});
+    EXPECT_EQ(entryNames(library.root / "Media"), std::vector<std::string>{"good.jpg"});
     EXPECT_FALSE(fs::is_symlink(library.root / "Media" / "good.jpg"));
     for (const char* skipped : {"link.jpg", "linked-folder", "pipe.jpg", "Nested", ".hidden.jpg"})
         EXPECT_TRUE(log.contains(std::string("Skipped “") + skipped)) << skipped;
-    EXPECT_EQ(namesIn(outside.path()), std::vector<std::string>{"secret.jpg"});
+    EXPECT_EQ(entryNames(outside.path()), std::vector<std::string>{"secret.jpg"});
 
     // A Media folder that is itself a link to somewhere else is not followed at all.
     BackupLibrary other;
@@ -163,7 +155,7 @@ TEST(SermonBackupManager, aFailureHalfWayLeavesNothingBehind) {
     library.root.write("Media/existing.jpg", "OLD");
     auto failingImport = [](const std::vector<SermonNote>&) -> int { throw std::runtime_error("disk full"); };
     EXPECT_THROW(library.manager.restore(backup.path(), failingImport), std::runtime_error);
-    EXPECT_EQ(namesIn(library.root / "Media"), std::vector<std::string>{"existing.jpg"});
+    EXPECT_EQ(entryNames(library.root / "Media"), std::vector<std::string>{"existing.jpg"});
 
     // A backup that finds no free name leaves no half-written folder beside the others.
     TemporaryFolder destination;
@@ -174,7 +166,7 @@ TEST(SermonBackupManager, aFailureHalfWayLeavesNothingBehind) {
         fs::create_directories(destination / (stem + " " + std::to_string(number) + ".quillonbackup"));
     EXPECT_THROW(library.manager.backUp({sermonWithCover("One", false)}, destination.path()),
                  quillon::platform::FileError);
-    EXPECT_EQ(namesIn(destination.path()).size(), 1000u);
+    EXPECT_EQ(entryNames(destination.path()).size(), 1000u);
 }
 
 TEST(SermonBackupManager, backupsInTheSameSecondGetTheirOwnFolders) {
@@ -191,7 +183,7 @@ TEST(SermonBackupManager, backupsInTheSameSecondGetTheirOwnFolders) {
     for (const std::string& folder : made)
         EXPECT_TRUE(fs::exists(destination / folder / "sermons.json")) << folder;
     EXPECT_TRUE(fs::is_empty(destination / (stem + " 2.quillonbackup")));
-    EXPECT_EQ(namesIn(destination.path()).size(), 4u); // no hidden work folders left
+    EXPECT_EQ(entryNames(destination.path()).size(), 4u); // no hidden work folders left
 }
 
 TEST(SermonBackupManager, warnsWhenTheFreeShareIsAtOrBelowTheThreshold) {
@@ -245,7 +237,7 @@ TEST(SermonBackupManager, restoringIntoTheStoreReplacesSameIdentitiesAndLeavesTh
     EXPECT_EQ(quillon::model::decodeSermonFile(quillon::testing::readText(storage.sermonFile(shared.id))).title,
               "Before the backup");
     // Nothing of the batch is left lying about in the sermon folder.
-    EXPECT_EQ(namesIn(library.root / "Sermons").size(), 2u);
+    EXPECT_EQ(entryNames(library.root / "Sermons").size(), 2u);
 }
 
 } // namespace

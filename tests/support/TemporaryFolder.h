@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillon::testing {
 
@@ -26,6 +27,9 @@ private:
 
 /// Reads a whole file; empty when it does not exist.
 std::string readText(const std::filesystem::path& file);
+
+/// The names in a folder, sorted; empty when it cannot be read.
+std::vector<std::string> entryNames(const std::filesystem::path& folder);
 
 /// The source tree's root (tests run from the build folder).
 std::filesystem::path sourceDirectory();
