@@ -18,6 +18,8 @@ namespace quillon::testing {
 
 /// Polls `condition` every 10 ms until it holds or `timeout` passes; returns its last value.
 bool eventually(const std::function<bool()>& condition, std::chrono::milliseconds timeout = std::chrono::seconds{5});
+/// This process's resident memory in bytes, 0 when /proc cannot be read.
+long residentBytes();
 
 /// A bridge on loopback with its own secrets file, in-memory preferences, a main-thread executor and
 /// an event recorder. Discovery is off; heartbeats are slow unless a test shortens them.

@@ -4,8 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <thread>
 
@@ -16,6 +14,7 @@ using namespace std::chrono_literals;
 using testing::BridgeHarness;
 using testing::LogCapture;
 using testing::MeshAbuser;
+using testing::residentBytes;
 using testing::VantalinkTestPeer;
 using Type = SermonStudioMessageType;
 
@@ -32,16 +31,6 @@ std::size_t countEntries(const char* folder) {
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder))
         ++count;
     return count;
-}
-
-long residentBytes() {
-    long pages = 0, resident = 0;
-    if (FILE* statm = std::fopen("/proc/self/statm", "r")) {
-        if (std::fscanf(statm, "%ld %ld", &pages, &resident) != 2)
-            resident = 0;
-        std::fclose(statm);
-    }
-    return resident * sysconf(_SC_PAGESIZE);
 }
 
 /// Waits for the announcement of `reference`, skipping older ones; false when it does not come.

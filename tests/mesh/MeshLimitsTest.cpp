@@ -17,6 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::BridgeHarness;
 using testing::LogCapture;
+using testing::residentBytes;
 using testing::VantalinkTestPeer;
 using Type = SermonStudioMessageType;
 
@@ -114,16 +115,6 @@ TEST(MeshLimits, unfinishedBodiesShareOneBoundedPool) {
 
 TEST(MeshLimits, headersAloneCostTheDeskNoMemory) {
     BridgeHarness harness;
-    auto residentBytes = [] {
-        long pages = 0, resident = 0;
-        FILE* statm = std::fopen("/proc/self/statm", "r");
-        if (statm) {
-            if (std::fscanf(statm, "%ld %ld", &pages, &resident) != 2)
-                resident = 0;
-            std::fclose(statm);
-        }
-        return resident * sysconf(_SC_PAGESIZE);
-    };
     auto before = residentBytes();
     std::vector<std::unique_ptr<VantalinkTestPeer>> idle;
     for (int i = 0; i < 12; ++i) {
