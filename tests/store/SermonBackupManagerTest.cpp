@@ -7,6 +7,7 @@
 #include "store/SermonStorage.h"
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
+#include "support/SermonFixtures.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,6 @@
 namespace {
 namespace fs = std::filesystem;
 using quillon::model::SermonNote;
-using quillon::model::Uuid;
 using quillon::platform::Preferences;
 using quillon::store::BackupError;
 using quillon::store::RestoreResult;
@@ -28,9 +28,7 @@ using quillon::testing::FakeClock;
 using quillon::testing::TemporaryFolder;
 
 SermonNote sermonWithCover(const std::string& title, bool cover) {
-    SermonNote sermon;
-    sermon.id = Uuid::random();
-    sermon.title = title;
+    SermonNote sermon = quillon::testing::makeSermon(title);
     if (cover)
         sermon.coverImageFileName = sermon.id.text() + "_cover.jpg";
     return sermon;

@@ -5,6 +5,7 @@
 #include "support/FakeClock.h"
 #include "support/LogCapture.h"
 #include "support/ScopedTimeZone.h"
+#include "support/SermonFixtures.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono;
 using quillon::model::SermonNote;
-using quillon::model::Uuid;
 using quillon::platform::Preferences;
 using quillon::store::SermonNotesManager;
 using quillon::store::SermonStorage;
@@ -37,9 +37,7 @@ struct TrashLibrary {
     TrashLibrary() { manager.load(); }
 
     SermonNote add(const std::string& title) {
-        SermonNote sermon;
-        sermon.id = Uuid::random();
-        sermon.title = title;
+        SermonNote sermon = quillon::testing::makeSermon(title);
         EXPECT_TRUE(manager.add(sermon));
         return sermon;
     }
