@@ -33,7 +33,7 @@ protected:
         sermon.id = model::Uuid::random();
         sermon.title = title;
         sermon.notes = notes;
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+        put(sermon);
     }
 };
 

@@ -37,7 +37,7 @@ protected:
         sermon.id = model::Uuid::random();
         sermon.title = "So loved";
         sermon.topics = {topic};
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+        put(sermon);
         return sermon.id.text();
     }
 };

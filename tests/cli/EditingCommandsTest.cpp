@@ -21,11 +21,7 @@ protected:
         EXPECT_NE(std::freopen("/dev/null", "r", stdin), nullptr);
     }
 
-    SermonNote seedSermon(const std::string& title) {
-        auto sermon = quillon::testing::makeSermon(title);
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", quillon::model::encodeSermonFile(sermon));
-        return sermon;
-    }
+    SermonNote seedSermon(const std::string& title) { return put(quillon::testing::makeSermon(title)); }
     SermonNote stored(const quillon::model::Uuid& id) const {
         return quillon::model::decodeSermonFile(
             quillon::platform::readFile(library() / "Sermons" / (id.text() + ".json")));

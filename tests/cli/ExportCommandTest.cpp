@@ -15,11 +15,7 @@ namespace {
 
 class ExportCommandTest : public testing::LibraryRun {
 protected:
-    model::SermonNote seedSample() {
-        const auto sermon = testing::sampleSermon();
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
-        return sermon;
-    }
+    model::SermonNote seedSample() { return put(testing::sampleSermon()); }
 };
 
 } // namespace

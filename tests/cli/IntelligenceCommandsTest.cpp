@@ -111,11 +111,7 @@ protected:
             .set("Quillon.intelligence.endpoint", endpoint);
     }
 
-    model::SermonNote sermon = [this] {
-        model::SermonNote note = testing::makeSermon("Love that gives");
-        folder.write("library/Sermons/" + note.id.text() + ".json", model::encodeSermonFile(note));
-        return note;
-    }();
+    model::SermonNote sermon = put(testing::makeSermon("Love that gives"));
 };
 
 TEST_F(LibraryIntelligenceTest, askShowsTracedPoints) {

@@ -24,10 +24,6 @@ class LibraryCommandTest : public testing::LibraryRun {
 protected:
     using CliRun = Result;
     fs::path sermonFile(const model::Uuid& id) const { return library() / "Sermons" / (id.text() + ".json"); }
-    SermonNote seed(const SermonNote& sermon) {
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
-        return sermon;
-    }
     std::size_t filesInLibrary() const {
         std::error_code ignored;
         return static_cast<std::size_t>(
@@ -45,10 +41,10 @@ TEST_F(LibraryCommandTest, listOfAFreshLibrary) {
 }
 
 TEST_F(LibraryCommandTest, listPutsPinnedFirstThenTheLatestChangeAndLeavesHiddenOut) {
-    auto old = seed(makeSermon("Old", testing::at(2024, 1, 1)));
-    auto recent = seed(makeSermon("Recent", testing::at(2025, 1, 1)));
-    auto pinned = seed(makeSermon("Pinned", testing::at(2023, 1, 1)));
-    auto hidden = seed(makeSermon("Hidden", testing::at(2025, 6, 1)));
+    auto old = put(makeSermon("Old", testing::at(2024, 1, 1)));
+    auto recent = put(makeSermon("Recent", testing::at(2025, 1, 1)));
+    auto pinned = put(makeSermon("Pinned", testing::at(2023, 1, 1)));
+    auto hidden = put(makeSermon("Hidden", testing::at(2025, 6, 1)));
     {
         platform::Preferences preferences(folder / "config" / "Quillon" / "preferences.json");
         preferences.set(store::SermonNotesManager::pinnedSermonsKey, {pinned.id.text()});
@@ -66,7 +62,7 @@ TEST_F(LibraryCommandTest, listPutsPinnedFirstThenTheLatestChangeAndLeavesHidden
 }
 
 TEST_F(LibraryCommandTest, showPrintsTheOutlineOrExactlyTheStoredJson) {
-    auto sermon = seed(makeSermon("Grace"));
+    auto sermon = put(makeSermon("Grace"));
     CliRun text = run({"show", sermon.id.text()});
     EXPECT_EQ(text.status, 0);
     EXPECT_EQ(text.out, "Grace\n"
@@ -103,12 +99,12 @@ TEST_F(LibraryCommandTest, showPrintsTheOutlineOrExactlyTheStoredJson) {
 }
 
 TEST_F(LibraryCommandTest, idsThatNameNoSingleSermonAreUserErrors) {
-    auto first = seed(makeSermon("First"));
+    auto first = put(makeSermon("First"));
     auto second = first;
     second.id = model::Uuid::parse(first.id.text().substr(0, 30) + "FFFFFF").value();
     if (second.id == first.id)
         second.id = model::Uuid::parse(first.id.text().substr(0, 30) + "000000").value();
-    seed(second);
+    put(second);
     struct Case {
         std::string id;
         std::string error;
@@ -178,7 +174,7 @@ TEST_F(LibraryCommandTest, newRefusesBadInputWithASentenceAndWritesNothing) {
 }
 
 TEST_F(LibraryCommandTest, importAppliesTheChosenModeAndReportsTheCount) {
-    auto mine = seed(makeSermon("Mine"));
+    auto mine = put(makeSermon("Mine"));
     auto theirs = mine;
     theirs.title = "Theirs";
     auto fresh = makeSermon("Fresh");
@@ -241,8 +237,8 @@ TEST_F(LibraryCommandTest, importOfAFileWithoutSermonsIsAUserError) {
 }
 
 TEST_F(LibraryCommandTest, exportArchiveAndDocumentWriteWhereTheyAreTold) {
-    auto one = seed(makeSermon("One: the \"first\""));
-    auto two = seed(makeSermon("Two"));
+    auto one = put(makeSermon("One: the \"first\""));
+    auto two = put(makeSermon("Two"));
 
     const auto file = folder / "all.vrnsermons";
     CliRun archive = run({"export-archive", "-o", file.string()});
@@ -261,7 +257,7 @@ TEST_F(LibraryCommandTest, exportArchiveAndDocumentWriteWhereTheyAreTold) {
 }
 
 TEST_F(LibraryCommandTest, duplicateAddsACopyAndPrintsItsId) {
-    auto original = seed(makeSermon("Original"));
+    auto original = put(makeSermon("Original"));
     CliRun result = run({"duplicate", original.id.text()});
     ASSERT_EQ(result.status, 0) << result.err;
     auto copyId = model::Uuid::parse(result.out.substr(0, 36)).value();
@@ -272,7 +268,7 @@ TEST_F(LibraryCommandTest, duplicateAddsACopyAndPrintsItsId) {
 }
 
 TEST_F(LibraryCommandTest, syncPrintsTheStatusLine) {
-    seed(makeSermon("Here"));
+    put(makeSermon("Here"));
     folder.write("library/Sermons/" + model::Uuid::random().text() + ".json.nextcloud", "");
     EXPECT_EQ(run({"sync"}).out, "Sync checked — 1 sermon is still downloading into the sync folder\n");
     EXPECT_EQ(run({"sync", "--json"}).out, "{\n  \"status\": \"Sync checked — 1 sermon is still downloading into the "

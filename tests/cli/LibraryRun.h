@@ -39,6 +39,10 @@ protected:
         model::SermonNote sermon;
         sermon.id = model::Uuid::random();
         sermon.title = title;
+        return put(sermon);
+    }
+    /// Writes `sermon` into the library as the desk would store it.
+    model::SermonNote put(const model::SermonNote& sermon) {
         folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
         return sermon;
     }

@@ -34,8 +34,7 @@ protected:
         auto sermon = testing::makeSermon(title);
         sermon.id = *model::Uuid::parse(id);
         sermon.notes = notes;
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
-        return sermon;
+        return put(sermon);
     }
 
     /// The JSON line the session printed for `command`.

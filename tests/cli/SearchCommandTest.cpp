@@ -28,7 +28,7 @@ protected:
         tender.notes = "His mercy is new every morning.";
         tender.tags = {};
         for (const auto& sermon : {forgiving, tender})
-            folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+            put(sermon);
         m_forgiving = forgiving.id.text();
         m_tender = tender.id.text();
     }

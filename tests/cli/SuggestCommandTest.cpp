@@ -74,9 +74,7 @@ std::string joined(const std::vector<std::string>& arguments) {
 
 class SuggestCommandTest : public testing::LibraryRun {
 protected:
-    SuggestCommandTest() {
-        folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
-    }
+    SuggestCommandTest() { put(sermon); }
     void usePreference(const std::string& key, nlohmann::json value) {
         platform::Preferences(folder / "config" / "Quillon" / "preferences.json").set(key, std::move(value));
     }
@@ -214,7 +212,7 @@ TEST_F(SuggestCommandTest, sectionNumbersAreTheOnesShowPrints) {
     rest.subTopics = {pastures};
     rest.sortOrder = 0;
     sermon.topics = {empty, rest};
-    folder.write("library/Sermons/" + sermon.id.text() + ".json", model::encodeSermonFile(sermon));
+    put(sermon);
     usePreference("Quillon.intelligence.endpoint", "http://127.0.0.1:1/v1");
 
     EXPECT_NE(run({"show", sermon.id.text()}).out.find("\n2. Rest given\n"), std::string::npos);
