@@ -11,7 +11,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
 #include <optional>
 #include <sstream>
 
@@ -21,24 +20,13 @@ namespace {
 using testing::StubModelServer;
 using Behaviour = StubModelServer::Behaviour;
 
-/// A private configuration folder whose preferences point at `endpoint`, for the life of the test.
-class IsolatedPreferences {
-public:
-    explicit IsolatedPreferences(nlohmann::json preferences) {
-        m_previous = std::getenv("XDG_CONFIG_HOME") ? std::getenv("XDG_CONFIG_HOME") : "";
-        m_folder.write("Quillon/preferences.json", preferences.dump());
-        setenv("XDG_CONFIG_HOME", m_folder.path().c_str(), 1);
+/// A private configuration folder holding `preferences`, for the life of the test.
+struct IsolatedPreferences {
+    explicit IsolatedPreferences(const nlohmann::json& preferences) {
+        folder.write("Quillon/preferences.json", preferences.dump());
     }
-    ~IsolatedPreferences() {
-        if (m_previous.empty())
-            unsetenv("XDG_CONFIG_HOME");
-        else
-            setenv("XDG_CONFIG_HOME", m_previous.c_str(), 1);
-    }
-
-private:
-    testing::TemporaryFolder m_folder;
-    std::string m_previous;
+    testing::TemporaryFolder folder;
+    testing::ScopedEnvironment config{"XDG_CONFIG_HOME", folder.path().string()};
 };
 
 struct CommandRun {
